@@ -1,0 +1,57 @@
+# tarnwell_library(<folder> SOURCES ... [LINKS ...] [MOC])
+# One static library a folder: its name is tarnwell_<folder>, and LINKS is the whole list of what
+# the folder may include. MOC is given by the few folders that declare Q_OBJECT classes.
+function(tarnwell_library folder)
+    cmake_parse_arguments(ARG "MOC" "" "SOURCES;LINKS" ${ARGN})
+    add_library(tarnwell_${folder} STATIC ${ARG_SOURCES})
+    target_include_directories(tarnwell_${folder} PUBLIC ${PROJECT_SOURCE_DIR}
+                                                         ${PROJECT_SOURCE_DIR}/platform)
+    target_link_libraries(tarnwell_${folder} PUBLIC ${ARG_LINKS})
+    if(ARG_MOC)
+        set_target_properties(tarnwell_${folder} PROPERTIES AUTOMOC ON)
+    endif()
+endfunction()
+
+# tarnwell_test(<name> SOURCES ... [LINKS ...] [MOC] [NO_MAIN] [TIMEOUT seconds] [ENVIRONMENT ...])
+# A GoogleTest program that CTest runs as a whole. Its main() comes from tests/support and makes a
+# QGuiApplication or QApplication on the offscreen platform, unless NO_MAIN says that it brings its own.
+function(tarnwell_test name)
+    cmake_parse_arguments(ARG "MOC;NO_MAIN" "TIMEOUT" "SOURCES;LINKS;ENVIRONMENT" ${ARGN})
+    add_executable(${name} ${ARG_SOURCES})
+    target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/platform)
+    target_link_libraries(${name} PRIVATE ${ARG_LINKS} GTest::gtest)
+    if(NOT ARG_NO_MAIN)
+        target_link_libraries(${name} PRIVATE tarnwell_test_main)
+    endif()
+    if(ARG_MOC)
+        set_target_properties(${name} PROPERTIES AUTOMOC ON)
+    endif()
+    if(NOT ARG_TIMEOUT)
+        set(ARG_TIMEOUT 120)
+    endif()
+    add_test(NAME ${name} COMMAND ${name})
+    set_tests_properties(${name} PROPERTIES TIMEOUT ${ARG_TIMEOUT})
+    set(environment "QT_QPA_PLATFORM=offscreen" "LC_ALL=C.UTF-8" "UBSAN_OPTIONS=print_stacktrace=1"
+                    "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/leaks.txt"
+                    ${ARG_ENVIRONMENT})
+    set_tests_properties(${name} PROPERTIES ENVIRONMENT "${environment}")
+endfunction()
+
+# tarnwell_fuzz_target(<name> SOURCE file LINKS ...)
+# With TARNWELL_FUZZ a libFuzzer program. Otherwise a plain program that runs every corpus file once,
+# which the tests call, so that a crash found once stays found.
+function(tarnwell_fuzz_target name)
+    cmake_parse_arguments(ARG "" "SOURCE" "LINKS" ${ARGN})
+    add_executable(${name} ${ARG_SOURCE})
+    target_link_libraries(${name} PRIVATE ${ARG_LINKS})
+    if(TARNWELL_FUZZ)
+        target_link_options(${name} PRIVATE -fsanitize=fuzzer)
+    else()
+        target_sources(${name} PRIVATE ${PROJECT_SOURCE_DIR}/fuzz/ReplayMain.cpp)
+        if(TARNWELL_TESTS)
+            add_test(NAME ${name}_corpus
+                     COMMAND ${name} ${PROJECT_SOURCE_DIR}/fuzz/corpus/${name})
+            set_tests_properties(${name}_corpus PROPERTIES TIMEOUT 120)
+        endif()
+    endif()
+endfunction()

@@ -1,0 +1,37 @@
+#pragma once
+
+namespace tarnwell::ports {
+
+class Applications;
+class Bookmarks;
+class Clock;
+class FileManager;
+class HostApplication;
+class KeyboardLayouts;
+class NotificationCenter;
+class Preferences;
+class Sheets;
+class SystemFacts;
+class Timers;
+class Workspace;
+
+/// Every service that the pane asks of its desktop. Whoever makes it owns the services and keeps
+/// them alive longer than the pane.
+struct Desktop
+{
+    Preferences &preferences;
+    Applications &applications;
+    FileManager &fileManager;
+    Bookmarks &bookmarks;
+    KeyboardLayouts &keyboardLayouts;
+    NotificationCenter &localNotifications;
+    NotificationCenter &distributedNotifications;
+    Workspace &workspace;
+    Clock &clock;
+    Timers &timers;
+    SystemFacts &systemFacts;
+    HostApplication &hostApplication;
+    Sheets &sheets;
+};
+
+} // namespace tarnwell::ports

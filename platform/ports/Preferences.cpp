@@ -1,0 +1,56 @@
+#include "ports/Preferences.h"
+
+namespace tarnwell::ports {
+
+namespace {
+
+void report(bool *valid, bool value)
+{
+    if (valid)
+        *valid = value;
+}
+
+bool equalsAny(const QString &text, QLatin1StringView first, QLatin1StringView second)
+{
+    return text.compare(first, Qt::CaseInsensitive) == 0
+        || text.compare(second, Qt::CaseInsensitive) == 0;
+}
+
+} // namespace
+
+bool Preferences::appBooleanValue(const QString &key, const QString &domain, bool *valid) const
+{
+    const plist::Value value = copyAppValue(key, domain);
+    report(valid, true);
+    if (value.isBoolean())
+        return value.toBool();
+    if (value.isNumber())
+        return value.toDouble() != 0.0;
+    if (value.isString()) {
+        const QString text = value.toString();
+        if (equalsAny(text, QLatin1StringView("true"), QLatin1StringView("yes")))
+            return true;
+        if (equalsAny(text, QLatin1StringView("false"), QLatin1StringView("no")))
+            return false;
+    }
+    report(valid, false);
+    return false;
+}
+
+qint64 Preferences::appIntegerValue(const QString &key, const QString &domain, bool *valid) const
+{
+    const plist::Value value = copyAppValue(key, domain);
+    report(valid, true);
+    if (value.isNumber())
+        return value.toInteger();
+    if (value.isString()) {
+        bool wholly = false;
+        const qint64 number = value.toString().toLongLong(&wholly, 10);
+        if (wholly)
+            return number;
+    }
+    report(valid, false);
+    return 0;
+}
+
+} // namespace tarnwell::ports

@@ -1,0 +1,16 @@
+#include <QApplication>
+#include <QStandardPaths>
+
+#include <gtest/gtest.h>
+
+int main(int argc, char **argv)
+{
+    testing::InitGoogleTest(&argc, argv);
+    QStandardPaths::setTestModeEnabled(true);
+    QApplication application(argc, argv);
+    if (testing::UnitTest::GetInstance()->test_to_run_count() == 0) {
+        qCritical("No test matches.");
+        return 1;
+    }
+    return RUN_ALL_TESTS();
+}
