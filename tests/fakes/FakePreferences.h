@@ -1,0 +1,111 @@
+#pragma once
+
+#include "ports/Preferences.h"
+
+#include <QList>
+#include <QMap>
+#include <QStringList>
+
+namespace tarnwell::fakes {
+
+/// What a test sees and steers of FakePreferences: the stored domains, as another process has them.
+class FakePreferencesControl
+{
+public:
+    struct Write
+    {
+        QString domain;
+        QString key;
+        plist::Value value; ///< null for a removal
+
+        friend bool operator==(const Write &, const Write &) = default;
+    };
+    using Domain = QMap<QString, plist::Value>;
+
+    /// Stores a value as another process would: the pane sees it after its next synchronise.
+    /// A null value removes the key.
+    void setStoredValue(const QString &key, const plist::Value &value, const QString &domain)
+    {
+        if (value.isNull())
+            m_stored[domain].remove(key);
+        else
+            m_stored[domain].insert(key, value);
+    }
+    void setStoredDomain(const QString &domain, const Domain &values) { m_stored[domain] = values; }
+
+    plist::Value storedValue(const QString &key, const QString &domain) const
+    {
+        return m_stored.value(domain).value(key);
+    }
+    Domain storedDomain(const QString &domain) const { return m_stored.value(domain); }
+
+    /// Makes every synchronise fail until told otherwise; the writes then stay pending.
+    void setSynchronizeFails(bool fails) { m_synchronizeFails = fails; }
+
+    /// Every setAppValue() and every appSynchronize() since the last clear, oldest first.
+    const QList<Write> &writes() const { return m_writes; }
+    const QStringList &synchronizedDomains() const { return m_synchronizedDomains; }
+    void clearRecord()
+    {
+        m_writes.clear();
+        m_synchronizedDomains.clear();
+    }
+
+private:
+    friend class FakePreferences;
+
+    QMap<QString, Domain> m_stored;
+    QList<Write> m_writes;
+    QStringList m_synchronizedDomains;
+    bool m_synchronizeFails = false;
+};
+
+/// Preferences in memory, with the same three states of a value as the real ones: stored, last
+/// seen by this process, and pending.
+class FakePreferences final : public ports::Preferences
+{
+public:
+    FakePreferencesControl &control() { return m_control; }
+
+    plist::Value copyAppValue(const QString &key, const QString &domain) const override
+    {
+        if (const auto pending = m_pending.constFind(domain); pending != m_pending.cend()) {
+            if (const auto value = pending->constFind(key); value != pending->cend())
+                return *value;
+        }
+        return seen(domain).value(key);
+    }
+
+    void setAppValue(const QString &key, const plist::Value &value, const QString &domain) override
+    {
+        m_control.m_writes.append({domain, key, value});
+        m_pending[domain].insert(key, value);
+    }
+
+    bool appSynchronize(const QString &domain) override
+    {
+        m_control.m_synchronizedDomains.append(domain);
+        if (m_control.m_synchronizeFails)
+            return false;
+        const FakePreferencesControl::Domain pending = m_pending.take(domain);
+        for (auto it = pending.cbegin(); it != pending.cend(); ++it)
+            m_control.setStoredValue(it.key(), it.value(), domain);
+        m_seen.insert(domain, m_control.storedDomain(domain));
+        return true;
+    }
+
+private:
+    const FakePreferencesControl::Domain &seen(const QString &domain) const
+    {
+        auto it = m_seen.find(domain);
+        if (it == m_seen.end())
+            it = m_seen.insert(domain, m_control.storedDomain(domain));
+        return *it;
+    }
+
+    FakePreferencesControl m_control;
+    QMap<QString, FakePreferencesControl::Domain> m_pending;
+    mutable QMap<QString, FakePreferencesControl::Domain> m_seen;
+};
+
+} // namespace tarnwell::fakes
