@@ -45,6 +45,10 @@ function(tarnwell_fuzz_target name)
     add_executable(${name} ${ARG_SOURCE})
     target_link_libraries(${name} PRIVATE ${ARG_LINKS})
     if(TARNWELL_FUZZ)
+        # Apart from the other programs, so that whoever runs them all needs no list of them.
+        set_target_properties(${name} PROPERTIES
+                              RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/fuzzers)
+        add_dependencies(fuzzers ${name})
         target_link_options(${name} PRIVATE -fsanitize=fuzzer)
     else()
         target_sources(${name} PRIVATE ${PROJECT_SOURCE_DIR}/fuzz/ReplayMain.cpp)

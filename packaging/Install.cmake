@@ -1,0 +1,36 @@
+# What is installed, and the packages that ./dev package makes of it. Included last: every target is
+# known by now.
+include(GNUInstallDirs)
+
+if(TARGET tarnwell-settings)
+    install(TARGETS tarnwell-settings RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+endif()
+# The bundle is machine code and its resources in one folder that must stay together. The path has
+# no architecture in it, since the program looks for the pane relative to itself.
+install(DIRECTORY ${PROJECT_BINARY_DIR}/Tarnwell.prefPane DESTINATION lib/tarnwell
+        USE_SOURCE_PERMISSIONS)
+install(FILES ${PROJECT_SOURCE_DIR}/packaging/tarnwell-settings.desktop
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
+install(FILES ${PROJECT_SOURCE_DIR}/packaging/tarnwell-settings.svg
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps)
+install(FILES ${PROJECT_SOURCE_DIR}/packaging/com.varnit.tarnwell.settings.metainfo.xml
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
+
+set(CPACK_PACKAGE_NAME tarnwell-settings)
+set(CPACK_PACKAGE_VENDOR Varnit)
+set(CPACK_PACKAGE_CONTACT "Varnit <support@varnit.example>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "Settings of the Tarnwell menu plug-in")
+set(CPACK_PACKAGE_DESCRIPTION
+    "Shows the keyboard shortcuts that Tarnwell gave to menu items, application by application,
+and restores them; sets the Menu Accelerator hot key, the excluded applications, the menu effects
+and the checks for updates.")
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SECTION utils)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+# Not linked but loaded: the reader of the applications' icns icons.
+set(CPACK_DEBIAN_PACKAGE_DEPENDS qt6-image-formats-plugins)
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "default-dbus-session-bus | dbus-session-bus, xkb-data")
+set(CPACK_ARCHIVE_FILE_NAME ${CPACK_PACKAGE_NAME}-${PROJECT_VERSION}-${CMAKE_SYSTEM_NAME}-${CMAKE_SYSTEM_PROCESSOR})
+include(CPack)
