@@ -1,0 +1,1 @@
+list(APPEND prefs_sources ApplicationIdentity.cpp ApplicationSettings.cpp)
