@@ -4,7 +4,6 @@
 #include <QString>
 
 #include <optional>
-#include <span>
 
 namespace tarnwell::foundation {
 
@@ -23,10 +22,10 @@ public:
     {
         quint32 first = 0;
         quint32 last = 0;
-        quint32 modifiersToTableNum = 0; ///< offset, format 0x3001
-        quint32 keyToCharTableIndex = 0; ///< offset, format 0x4001
+        quint32 modifiersToTableNum = 0;  ///< offset, format 0x3001
+        quint32 keyToCharTableIndex = 0;  ///< offset, format 0x4001
         quint32 keyStateRecordsIndex = 0; ///< offset, format 0x5001; 0 when absent
-        quint32 keyStateTerminators = 0; ///< offset, format 0x6001; 0 when absent
+        quint32 keyStateTerminators = 0;  ///< offset, format 0x6001; 0 when absent
         quint32 keySequenceDataIndex = 0; ///< offset, format 0x7001; 0 when absent
     };
 
@@ -44,11 +43,42 @@ public:
     /// The character that a state record gives in state zero; nothing when there is no such record.
     std::optional<quint16> stateZeroCharacter(const KeyboardType &type, quint32 record) const;
 
+    /// The keyboard type of a number, or else the default one; nothing when there is none at all.
+    std::optional<KeyboardType> keyboardTypeFor(quint32 number) const;
+
+    /// The table that serves a modifier state of eight bits; nothing when it is not in the layout.
+    std::optional<quint32> tableForModifiers(const KeyboardType &type, quint32 modifierState) const;
+
+    /// What a state record does in a state: the character data that it gives and the state that
+    /// it leads to, 0 for none.
+    struct Transition
+    {
+        quint16 character = 0;
+        quint16 nextState = 0;
+    };
+
+    /// The transition of a record in state zero; nothing when there is no such record.
+    std::optional<Transition> stateZeroTransition(const KeyboardType &type, quint32 record) const;
+
+    /// The transition of a record in a dead-key state; nothing when it has none for the state.
+    std::optional<Transition> transition(const KeyboardType &type, quint32 record,
+                                         quint16 state) const;
+
+    /// The character data that ends a dead-key state when the next key does not combine.
+    std::optional<quint16> terminator(const KeyboardType &type, quint16 state) const;
+
+    /// Adds the characters that character data stands for; false when they are outside the bytes.
+    bool appendCharacters(const KeyboardType &type, quint16 characterData, QString &text) const;
+
 private:
+    std::optional<quint16> at16(quint64 offset) const;
+    std::optional<quint32> at32(quint64 offset) const;
+    bool isPart(quint32 offset, quint16 format) const;
+    std::optional<quint32> recordOffset(const KeyboardType &type, quint32 record) const;
+
     explicit UnicodeKeyLayout(QByteArrayView bytes)
         : m_bytes(bytes)
-    {
-    }
+    {}
 
     QByteArrayView m_bytes;
 };
@@ -65,8 +95,7 @@ inline constexpr quint32 keyTranslateNoDeadKeys = 1;
 /// are returned. Nothing when the layout has no such table or the bytes are damaged; an empty
 /// string when the key types nothing.
 std::optional<QString> UCKeyTranslate(QByteArrayView layoutData, quint16 virtualKeyCode,
-                                      KeyAction action, quint32 modifierState,
-                                      quint32 keyboardType, quint32 options,
-                                      quint32 &deadKeyState, qsizetype maxLength);
+                                      KeyAction action, quint32 modifierState, quint32 keyboardType,
+                                      quint32 options, quint32 &deadKeyState, qsizetype maxLength);
 
 } // namespace tarnwell::foundation
