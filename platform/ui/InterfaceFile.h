@@ -47,14 +47,14 @@ private:
 /// Names that one side has and the other does not. Empty when the two fit.
 struct InterfaceMismatch
 {
-    QStringList outletsWithoutWidget; ///< of the owner
+    QStringList outletsWithoutWidget;  ///< of the owner
     QStringList actionsWithoutControl; ///< of the owner
     QStringList controlsWithoutAction; ///< "objectName selector" of the file
 
     bool isEmpty() const
     {
-        return outletsWithoutWidget.isEmpty() && actionsWithoutControl.isEmpty()
-            && controlsWithoutAction.isEmpty();
+        return outletsWithoutWidget.isEmpty() && actionsWithoutControl.isEmpty() &&
+               controlsWithoutAction.isEmpty();
     }
 };
 
