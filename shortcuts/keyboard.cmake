@@ -1,0 +1,4 @@
+list(APPEND shortcuts_sources
+    KeyTranslation.cpp
+    KeyTranslationRecords.cpp
+    SpecialKeys.cpp)
