@@ -2,6 +2,7 @@
 
 #include "foundation/StatusCodes.h"
 #include "foundation/UnicodeKeyLayout.h"
+#include "foundation/UnicodeKeyLayoutFormat.h"
 
 namespace tarnwell::shortcuts {
 
@@ -74,6 +75,7 @@ std::optional<QString> KeyCodeDisplayString(const ports::KeyboardLayouts &layout
 namespace {
 
 using foundation::UnicodeKeyLayout;
+namespace keylayout = foundation::keylayout;
 
 /// The key of a keyboard type that types a character; nothing when none does or the search has
 /// read as many outputs as it may.
@@ -91,9 +93,10 @@ std::optional<quint16> findKey(const UnicodeKeyLayout &layout,
             if (!output)
                 break;
             std::optional<quint16> typed;
-            if ((*output & 0xC000) == 0x4000)
-                typed = layout.stateZeroCharacter(type, *output & 0x3FFF);
-            else if ((*output & 0xC000) != 0x8000 && *output < 0xFFFE)
+            if ((*output & keylayout::kindMask) == keylayout::recordKind)
+                typed = layout.stateZeroCharacter(type, *output & keylayout::indexMask);
+            else if ((*output & keylayout::kindMask) != keylayout::sequenceKind &&
+                     !keylayout::isNone(*output))
                 typed = output;
             if (typed == quint16{character})
                 return static_cast<quint16>(key);

@@ -57,7 +57,7 @@ std::optional<QString> TranslateKey(const ports::KeyboardLayouts &layouts, const
 /// The text to display for a stored key command, or the given word for "None", greyed, where it
 /// has no key or no modifiers are stored.
 foundation::StyledString TranslatedStringFromKeyDictionary(const ports::KeyboardLayouts &layouts,
-                                                           const plist::Dictionary &record,
+                                                           const plist::Dictionary &keyCommand,
                                                            const QString &none);
 
 /// The text to display for a key's character with event-modifier bits. Logs the character.

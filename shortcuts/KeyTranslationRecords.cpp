@@ -48,11 +48,6 @@ std::optional<QString> keyOfCharacter(const plist::Value &cK)
     return QString(QChar(character));
 }
 
-QString withGlyphs(const QString &glyphs, const QString &key)
-{
-    return glyphs + key;
-}
-
 } // namespace
 
 StyledString SmallFontFor(const std::optional<QString> &string, bool useBold, bool disabled)
@@ -77,18 +72,18 @@ std::optional<QString> TranslateKey(const ports::KeyboardLayouts &layouts, const
 }
 
 StyledString TranslatedStringFromKeyDictionary(const ports::KeyboardLayouts &layouts,
-                                               const plist::Dictionary &record, const QString &none)
+                                               const plist::Dictionary &keyCommand,
+                                               const QString &none)
 {
-    std::optional<QString> key = keyOfCode(layouts, record.value(record::keyCode));
+    std::optional<QString> key = keyOfCode(layouts, keyCommand.value(record::keyCode));
     if (!key)
-        key = keyOfCharacter(record.value(record::commandKey));
-    const plist::Value &modifiers = record.value(record::modifiers);
+        key = keyOfCharacter(keyCommand.value(record::commandKey));
+    const plist::Value &modifiers = keyCommand.value(record::modifiers);
     if (!key || !isNumber(modifiers))
         return SmallFontFor(none, false, true);
 
-    const QString text = withGlyphs(
-        MenuModifierGlyphs(MenuModifiersForEventModifiers(number(modifiers))).value_or(QString()),
-        *key);
+    const quint32 menuBits = MenuModifiersForEventModifiers(number(modifiers));
+    const QString text = MenuModifierGlyphs(menuBits).value_or(QString()) + *key;
     if (text.isEmpty())
         return SmallFontFor(none, false, true);
     return SmallFontFor(text, false, false);
@@ -121,10 +116,9 @@ StyledString ShortcutStringFor(const std::optional<QString> &character,
     default:
         break;
     }
-    // Without a modifier key no glyph is shown, as the menu bits of such a key say "no Command".
     const quint32 held = isNumber(modifiers) ? number(modifiers) : 0;
     const auto glyphs = MenuModifierGlyphs(MenuModifiersForEventModifiers(held));
-    return SmallFontFor(withGlyphs(glyphs.value_or(QString()), key), false, false);
+    return SmallFontFor(glyphs.value_or(QString()) + key, false, false);
 }
 
 } // namespace tarnwell::shortcuts
