@@ -10,8 +10,8 @@ namespace tarnwell::ports {
 /// What the application registry knows of one file-system item.
 struct ItemInfo
 {
-    quint32 fileType = 0; ///< four-character code, 0 when none is known
-    quint32 creator = 0;  ///< four-character code, 0 when none is known
+    quint32 fileType = 0;     ///< four-character code, 0 when none is known
+    quint32 creator = 0;      ///< four-character code, 0 when none is known
     bool isContainer = false; ///< a folder, a bundle or a desktop entry
 };
 

@@ -13,7 +13,7 @@ namespace tarnwell::ports {
 struct Notification
 {
     QString name;
-    QString object; ///< who it is about; empty when about nobody
+    QString object;        ///< who it is about; empty when about nobody
     plist::Value userInfo; ///< a dictionary, or null
 };
 

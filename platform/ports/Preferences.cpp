@@ -12,8 +12,8 @@ void report(bool *valid, bool value)
 
 bool equalsAny(const QString &text, QLatin1StringView first, QLatin1StringView second)
 {
-    return text.compare(first, Qt::CaseInsensitive) == 0
-        || text.compare(second, Qt::CaseInsensitive) == 0;
+    return text.compare(first, Qt::CaseInsensitive) == 0 ||
+           text.compare(second, Qt::CaseInsensitive) == 0;
 }
 
 } // namespace

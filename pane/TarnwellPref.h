@@ -1,0 +1,207 @@
+#pragma once
+
+#include "foundation/Bundle.h"
+#include "foundation/StyledString.h"
+#include "foundation/plist/Value.h"
+#include "ports/Desktop.h"
+#include "prefs/CFPreferencesWrapper_Tarnwell.h"
+#include "shortcuts/ShortcutList.h"
+#include "ui/PreferencePane.h"
+
+#include <QHash>
+#include <QIcon>
+#include <QPointer>
+#include <QStringList>
+#include <QUrl>
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+class QAbstractItemView;
+class QCheckBox;
+class QComboBox;
+class QDialog;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QTableView;
+class QTextBrowser;
+class QTranslator;
+class QTreeView;
+
+namespace tarnwell::hotkey {
+class LiTextField;
+class LiWindow;
+} // namespace tarnwell::hotkey
+namespace tarnwell::ports {
+class Observation;
+class Timer;
+struct Notification;
+} // namespace tarnwell::ports
+namespace tarnwell::prefs {
+struct ApplicationIdentityCache;
+struct IdentityContext;
+} // namespace tarnwell::prefs
+namespace tarnwell::shortcuts {
+class LayoutKeyCommandTranslator;
+struct PopupEntry;
+class ShortcutTableModel;
+} // namespace tarnwell::shortcuts
+namespace tarnwell::ui {
+class InterfaceFileLoader;
+class InterfaceOwner;
+struct InterfaceMismatch;
+} // namespace tarnwell::ui
+
+namespace tarnwell::pane {
+
+/// A field with a plain getter and setter. Outlets are borrowed from the interface.
+#define TARNWELL_FIELD(Type, name, setter)                                                         \
+public:                                                                                            \
+    Type name() const                                                                              \
+    {                                                                                              \
+        return m_##name;                                                                           \
+    }                                                                                              \
+    void setter(Type value)                                                                        \
+    {                                                                                              \
+        m_##name = std::move(value);                                                               \
+    }                                                                                              \
+                                                                                                   \
+private:                                                                                           \
+    Type m_##name{};
+
+/// The pane's controller: it owns the rows behind the tables and every action lives on it.
+///
+/// A subsystem's methods are defined in the subsystem's folder. Each action makes a preferences
+/// wrapper, reads what it needs, writes a changed copy of the whole value back and synchronises.
+class TarnwellPref : public ui::PreferencePane
+{
+    Q_OBJECT
+
+    TARNWELL_FIELD(std::optional<foundation::Bundle>, tawlBundle, setTawlBundle)
+    TARNWELL_FIELD(plist::Value, qtzDict, setQtzDict)
+    TARNWELL_FIELD(plist::Value, qtzEnabledList, setQtzEnabledList)
+    TARNWELL_FIELD(bool, rootEnabled, setRootEnabled)
+    TARNWELL_FIELD(bool, zokMissing, setZokMissing)
+    TARNWELL_FIELD(QCheckBox *, enabledCheckbox, setEnabledCheckbox)
+    TARNWELL_FIELD(QLabel *, appFormatField, setAppFormatField)
+    TARNWELL_FIELD(QString, storedAppFormatString, setStoredAppFormatString)
+    TARNWELL_FIELD(QLineEdit *, mlEmailField, setMlEmailField)
+    TARNWELL_FIELD(hotkey::LiWindow *, hotkeySheet, setHotkeySheet)
+    TARNWELL_FIELD(QLabel *, menuAccHotKey, setMenuAccHotKey)
+    TARNWELL_FIELD(QCheckBox *, menuAccEnabled, setMenuAccEnabled)
+    TARNWELL_FIELD(QPushButton *, setMenuAccHKButton, setSetMenuAccHKButton)
+    TARNWELL_FIELD(QWidget *, sacrificeMeCaptian, setSacrificeMeCaptian)
+    TARNWELL_FIELD(QIcon, mSystemPrefsIcon, setMSystemPrefsIcon)
+    TARNWELL_FIELD(QIcon, mPrefPaneIcon, setMPrefPaneIcon)
+    TARNWELL_FIELD(shortcuts::ShortcutList, scArray, setScArray)
+    TARNWELL_FIELD(plist::Array, ieList, setIeList)
+    TARNWELL_FIELD(std::shared_ptr<ports::Timer>, scrollTimer, setScrollTimer)
+    TARNWELL_FIELD(QTableView *, ieListTable, setIeListTable)
+    TARNWELL_FIELD(QTableView *, scTable, setScTable)
+    TARNWELL_FIELD(QPushButton *, tutButton, setTutButton)
+    TARNWELL_FIELD(bool, askedAboutTutorial, setAskedAboutTutorial)
+    TARNWELL_FIELD(QCheckBox *, ieHideCheckbox, setIeHideCheckbox)
+    TARNWELL_FIELD(QCheckBox *, ieInternetCheckbox, setIeInternetCheckbox)
+    TARNWELL_FIELD(QTreeView *, seView, setSeView)
+    TARNWELL_FIELD(QComboBox *, scPopup, setScPopup)
+    TARNWELL_FIELD(bool, isInNotification, setIsInNotification)
+    TARNWELL_FIELD(QTextBrowser *, aboutTextField, setAboutTextField)
+    TARNWELL_FIELD(float, pos, setPos)
+    TARNWELL_FIELD(QDialog *, aboutSheet, setAboutSheet)
+    TARNWELL_FIELD(QCheckBox *, tutDontShowCheckbox, setTutDontShowCheckbox)
+    TARNWELL_FIELD(QPushButton *, scRestoreButton, setScRestoreButton)
+    TARNWELL_FIELD(hotkey::LiTextField *, hotKeyField, setMenuAccHotKeySheetField)
+    TARNWELL_FIELD(QPushButton *, ieRemoveButton, setIeRemoveButton)
+    TARNWELL_FIELD(QPushButton *, scRemoveAppButton, setScRemoveAppButton)
+    TARNWELL_FIELD(QDialog *, tutPanel, setTutPanel)
+    TARNWELL_FIELD(QWidget *, previewView, setPreviewView)
+    TARNWELL_FIELD(QLabel *, qcName, setQcName)
+    TARNWELL_FIELD(QLabel *, authorName, setAuthorName)
+    TARNWELL_FIELD(QLabel *, urlField, setUrlField)
+    TARNWELL_FIELD(QLabel *, preInstructionView, setPreInstructionView)
+    TARNWELL_FIELD(QPushButton *, mlSubscribeButton, setMlSubscribeButton)
+
+public:
+    /// The services and the cache live longer than the pane; bundle is the pane's own.
+    TarnwellPref(const ports::Desktop &desktop, prefs::ApplicationIdentityCache &identityCache,
+                 const foundation::Bundle &bundle);
+    ~TarnwellPref() override;
+
+    QLabel *versionField() const { return m_versionField; }
+    void setVersionField(QLabel *field) { m_versionField = field; }
+
+    // Life cycle (pane/)
+    QWidget *loadMainView(QString *errorMessage) override;
+    void awakeFromNib();
+    void mainViewDidLoad() override;
+    void willSelect() override;
+    void willUnselect() override;
+    void hostDidBecomeActive() override;
+    void applicationDidBecomeActive(const ports::Notification &notification);
+    /// The plug-in stored something: shows it, and writes nothing back.
+    void tarnwellUpdate(const ports::Notification &notification);
+    void doOptionsCheckboxes(QObject *sender);
+    /// Fills the version label and its tool tip from the bundle.
+    void setVersionField();
+    QIcon overlayIcon(const QIcon &baseIcon, const QString &withProductIcon);
+
+    // Shortcuts (shortcuts/)
+    void rebuildPopup();
+    void doPopup(QObject *sender);
+    /// Appends the changed shortcuts of one application to scArray.
+    void buildSCArray(const QString &settingsKey);
+    /// Where the application of a settings key is installed; empty when it is not found.
+    QUrl urlForAppID(const QString &identifier) const;
+    int numberOfRowsInTableView(const QTableView *table) const;
+    std::optional<foundation::StyledString>
+    objectValueForTableColumn(const QTableView *table, int columnIdentifier, int row) const;
+    void tableViewSelectionDidChange(const QTableView *table);
+    std::optional<QString> translateKey(const plist::Value &kc,
+                                        const plist::Value &andCmdKey) const;
+    foundation::StyledString
+    translatedStringFromKeyDictionary(const plist::Dictionary &keyDictionary) const;
+    foundation::StyledString shortcutStringFor(const std::optional<QString> &character,
+                                               const plist::Value &modifiers) const;
+    foundation::StyledString smallFontFor(const std::optional<QString> &string, bool useBold,
+                                          bool disabled) const;
+
+    /// What interface file and controller do not share; empty once the interface is loaded well.
+    const ui::InterfaceMismatch &interfaceMismatch() const { return *m_interfaceMismatch; }
+
+protected:
+    /// Shows what is stored without writing back, as after a refresh of the plug-in.
+    void refreshWithoutWriting();
+
+private:
+    std::unique_ptr<prefs::CFPreferencesWrapper_Tarnwell> preferences() const;
+    prefs::IdentityContext identityContext() const;
+    /// A text of the pane in the user's language.
+    static QString localized(const char *text);
+
+    void registerInterfaceClasses(ui::InterfaceFileLoader &loader);
+    void addOutlets(ui::InterfaceOwner &owner);
+    void addActions(ui::InterfaceOwner &owner);
+    void loadTranslation();
+    void setUpShortcutTable();
+    void reloadShortcutTable();
+    void fillPopup(const QList<shortcuts::PopupEntry> &entries);
+    QString selectedSettingsKey() const;
+
+    ports::Desktop m_desktop;
+    prefs::ApplicationIdentityCache &m_identityCache;
+    foundation::Bundle m_bundle;
+
+    QLabel *m_versionField = nullptr;
+    std::unique_ptr<ui::InterfaceMismatch> m_interfaceMismatch;
+    std::unique_ptr<QTranslator> m_translator;
+    /// Sheets of the interface; the main view belongs to the host.
+    std::vector<std::unique_ptr<QWidget>> m_sheets;
+    QPointer<QWidget> m_mainView;
+    std::vector<std::unique_ptr<ports::Observation>> m_observations;
+    std::unique_ptr<shortcuts::LayoutKeyCommandTranslator> m_scTranslator;
+    shortcuts::ShortcutTableModel *m_scModel = nullptr; ///< a child of the table
+};
+
+} // namespace tarnwell::pane

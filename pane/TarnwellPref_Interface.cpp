@@ -1,0 +1,78 @@
+// What the pane and its interface files know of each other by name.
+
+#include "pane/TarnwellPref.h"
+
+#include "hotkey/LiTextField.h"
+#include "hotkey/LiWindow.h"
+#include "ui/InterfaceFile.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTableView>
+#include <QTextBrowser>
+#include <QTreeView>
+
+using namespace Qt::StringLiterals;
+
+namespace tarnwell::pane {
+
+void TarnwellPref::registerInterfaceClasses(ui::InterfaceFileLoader &loader)
+{
+    loader.registerClass(u"LiWindow"_s,
+                         [](QWidget *parent) { return new hotkey::LiWindow(parent); });
+    loader.registerClass(u"LiTextField"_s,
+                         [](QWidget *parent) { return new hotkey::LiTextField(parent); });
+    loader.registerClass(u"QCView"_s, [](QWidget *parent) { return new QWidget(parent); });
+}
+
+void TarnwellPref::addOutlets(ui::InterfaceOwner &owner)
+{
+#define TARNWELL_OUTLET(Widget, name, setter)                                                      \
+    owner.addOutlet<Widget>(QStringLiteral(#name), [this](Widget *widget) { setter(widget); })
+
+    TARNWELL_OUTLET(QCheckBox, enabledCheckbox, setEnabledCheckbox);
+    TARNWELL_OUTLET(QLabel, appFormatField, setAppFormatField);
+    TARNWELL_OUTLET(QLineEdit, mlEmailField, setMlEmailField);
+    TARNWELL_OUTLET(hotkey::LiWindow, hotkeySheet, setHotkeySheet);
+    TARNWELL_OUTLET(QLabel, menuAccHotKey, setMenuAccHotKey);
+    TARNWELL_OUTLET(QCheckBox, menuAccEnabled, setMenuAccEnabled);
+    TARNWELL_OUTLET(QPushButton, setMenuAccHKButton, setSetMenuAccHKButton);
+    TARNWELL_OUTLET(QWidget, sacrificeMeCaptian, setSacrificeMeCaptian);
+    TARNWELL_OUTLET(QLabel, versionField, setVersionField);
+    TARNWELL_OUTLET(QTableView, ieListTable, setIeListTable);
+    TARNWELL_OUTLET(QTableView, scTable, setScTable);
+    TARNWELL_OUTLET(QPushButton, tutButton, setTutButton);
+    TARNWELL_OUTLET(QCheckBox, ieHideCheckbox, setIeHideCheckbox);
+    TARNWELL_OUTLET(QCheckBox, ieInternetCheckbox, setIeInternetCheckbox);
+    TARNWELL_OUTLET(QTreeView, seView, setSeView);
+    TARNWELL_OUTLET(QComboBox, scPopup, setScPopup);
+    TARNWELL_OUTLET(QTextBrowser, aboutTextField, setAboutTextField);
+    TARNWELL_OUTLET(QDialog, aboutSheet, setAboutSheet);
+    TARNWELL_OUTLET(QCheckBox, tutDontShowCheckbox, setTutDontShowCheckbox);
+    TARNWELL_OUTLET(QPushButton, scRestoreButton, setScRestoreButton);
+    TARNWELL_OUTLET(hotkey::LiTextField, menuAccHotKeySheetField, setMenuAccHotKeySheetField);
+    TARNWELL_OUTLET(QPushButton, ieRemoveButton, setIeRemoveButton);
+    TARNWELL_OUTLET(QPushButton, scRemoveAppButton, setScRemoveAppButton);
+    TARNWELL_OUTLET(QDialog, tutPanel, setTutPanel);
+    TARNWELL_OUTLET(QWidget, previewView, setPreviewView);
+    TARNWELL_OUTLET(QLabel, qcName, setQcName);
+    TARNWELL_OUTLET(QLabel, authorName, setAuthorName);
+    TARNWELL_OUTLET(QLabel, urlField, setUrlField);
+    TARNWELL_OUTLET(QLabel, preInstructionView, setPreInstructionView);
+    TARNWELL_OUTLET(QPushButton, mlSubscribeButton, setMlSubscribeButton);
+
+#undef TARNWELL_OUTLET
+}
+
+void TarnwellPref::addActions(ui::InterfaceOwner &owner)
+{
+    owner.addAction(u"doOptionsCheckboxes:"_s,
+                    [this](QObject *sender) { doOptionsCheckboxes(sender); });
+    owner.addAction(u"doPopup:"_s, [this](QObject *sender) { doPopup(sender); });
+}
+
+} // namespace tarnwell::pane

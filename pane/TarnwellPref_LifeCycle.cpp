@@ -1,0 +1,208 @@
+#include "pane/TarnwellPref.h"
+
+#include "foundation/Logging.h"
+#include "foundation/plist/PropertyList.h"
+#include "hotkey/LiWindow.h"
+#include "pane/OverlayIcon.h"
+#include "pane/VersionText.h"
+#include "ports/Applications.h"
+#include "ports/FileManager.h"
+#include "ports/HostApplication.h"
+#include "ports/KeyboardLayouts.h"
+#include "ports/NotificationCenter.h"
+#include "ports/SystemFacts.h"
+#include "prefs/PreferenceKeys.h"
+#include "shortcuts/ShortcutTableModel.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFile>
+#include <QFileInfo>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTreeView>
+
+using namespace Qt::StringLiterals;
+
+namespace tarnwell::pane {
+
+namespace {
+
+/// The first level of the system interfaces that has what the Menu Accelerator needs.
+constexpr qint32 menuAcceleratorSystemLevel = 0x1040;
+
+bool isPluginInstalled(const ports::FileManager &fileManager)
+{
+    // A plug-in in one of the "(disabled)" folders is loaded by nobody, so it counts as missing.
+    const QStringList activeLocations{u"~/Library/Hullforges/Tarnwell.zok"_s,
+                                      u"/Library/Hullforges/Tarnwell.zok"_s};
+    return std::any_of(activeLocations.begin(), activeLocations.end(),
+                       [&fileManager](const QString &location) {
+                           return fileManager.fileExists(fileManager.resolve(location));
+                       });
+}
+
+void reportDamagedExcludeList(const ports::FileManager &fileManager)
+{
+    QFile file(fileManager.resolve(
+        u"~/Library/Application Support/Varnit/Tarnwell/HardcodedExcludeList.plist"_s));
+    constexpr qint64 sizeLimit = 8 * 1024 * 1024;
+    if (!file.open(QIODevice::ReadOnly) || file.size() > sizeLimit)
+        return;
+    plist::ReadError error;
+    if (plist::read(file.readAll(), &error).isNull())
+        TARNWELL_SYSTEM_LOG(u"%1 cannot be read: %2"_s.arg(file.fileName(), error.message));
+}
+
+std::optional<QString> infoString(const foundation::Bundle &bundle, const QString &key)
+{
+    const plist::Value value = bundle.infoValue(key);
+    if (value.isNull())
+        return std::nullopt;
+    return value.isString() ? value.toString() : plist::description(value);
+}
+
+} // namespace
+
+void TarnwellPref::awakeFromNib()
+{
+    const auto wrapper = preferences();
+    setRootEnabled(m_desktop.systemFacts.realUserId() == 0);
+    const bool disabled = wrapper->boolForKey(prefs::keys::disabled);
+    setZokMissing(rootEnabled() || !isPluginInstalled(m_desktop.fileManager));
+    enabledCheckbox()->setChecked(!disabled && !rootEnabled());
+
+    setStoredAppFormatString(appFormatField()->text());
+    if (wrapper->keyExist(prefs::keys::mlEmailAddress))
+        mlEmailField()->setText(wrapper->stringForKey(prefs::keys::mlEmailAddress).value_or(u""_s));
+    appFormatField()->setText(u""_s);
+
+    const std::optional<qint32> systemLevel =
+        m_desktop.systemFacts.gestalt(ports::fourCharacterCode("sysv"));
+    if (!systemLevel || *systemLevel < menuAcceleratorSystemLevel) {
+        menuAccEnabled()->setEnabled(false);
+        setMenuAccHKButton()->setEnabled(false);
+        menuAccHotKey()->setText(localized("10.4+ Only"));
+    } else {
+        hotkeySheet()->setPrefpane(this);
+        menuAccEnabled()->setChecked(!wrapper->keyExist(prefs::keys::menuAcceleratorEnabled) ||
+                                     wrapper->boolForKey(prefs::keys::menuAcceleratorEnabled));
+    }
+
+    setMSystemPrefsIcon(m_desktop.hostApplication.applicationIcon());
+    setMPrefPaneIcon(overlayIcon(mSystemPrefsIcon(), u"Tarnwell.icns"_s));
+}
+
+void TarnwellPref::mainViewDidLoad()
+{
+    setVersionField();
+    setUpShortcutTable();
+    setScArray({});
+
+    m_observations.push_back(m_desktop.localNotifications.addObserver(
+        QString(ports::applicationDidBecomeActiveNotification), std::nullopt,
+        [this](const ports::Notification &notification) {
+            applicationDidBecomeActive(notification);
+        }));
+    m_observations.push_back(m_desktop.distributedNotifications.addObserver(
+        u"com.varnit.tarnwell.refresh"_s, std::nullopt,
+        [this](const ports::Notification &notification) { tarnwellUpdate(notification); }));
+    // Every shortcut shows the characters of the layout that types now.
+    connect(&m_desktop.keyboardLayouts, &ports::KeyboardLayouts::currentKeyboardLayoutChanged, this,
+            &TarnwellPref::refreshWithoutWriting);
+
+    const auto wrapper = preferences();
+    const bool disabled = wrapper->boolForKey(prefs::keys::disabled);
+    enabledCheckbox()->setChecked(!disabled);
+    tutButton()->setEnabled(!disabled);
+    setAskedAboutTutorial(wrapper->boolForKey(prefs::keys::dontShowTutorialSheet));
+    ieHideCheckbox()->setChecked(wrapper->boolForKey(prefs::keys::hidePredefinedExcludeListItems));
+    ieInternetCheckbox()->setChecked(!wrapper->boolForKey(prefs::keys::excludeListNoInternetSync));
+    // Both options stay in force through the preferences but are not offered.
+    ieHideCheckbox()->hide();
+    ieInternetCheckbox()->hide();
+
+    // Nothing shown here comes from the predefined list; a damaged one is at least logged.
+    reportDamagedExcludeList(m_desktop.fileManager);
+
+    if (seView()->model() && seView()->model()->rowCount() > 0) {
+        // Toggled twice, the first group is laid out afresh in the state that it has.
+        const QModelIndex first = seView()->model()->index(0, 0);
+        const bool expanded = seView()->isExpanded(first);
+        seView()->setExpanded(first, !expanded);
+        seView()->setExpanded(first, expanded);
+    }
+}
+
+void TarnwellPref::willSelect()
+{
+    enabledCheckbox()->setEnabled(!zokMissing());
+    m_desktop.applications.refresh();
+    rebuildPopup();
+    doPopup(scPopup());
+    m_desktop.hostApplication.setApplicationIcon(mPrefPaneIcon());
+}
+
+void TarnwellPref::willUnselect()
+{
+    m_desktop.hostApplication.setApplicationIcon(mSystemPrefsIcon());
+}
+
+void TarnwellPref::applicationDidBecomeActive(const ports::Notification &)
+{
+    const QVariant remembered = scPopup()->currentData();
+    m_desktop.applications.refresh();
+    rebuildPopup();
+    const int index = remembered.isValid() ? scPopup()->findData(remembered) : -1;
+    if (index >= 0)
+        scPopup()->setCurrentIndex(index);
+    doPopup(scPopup());
+}
+
+void TarnwellPref::tarnwellUpdate(const ports::Notification &notification)
+{
+    setIsInNotification(true);
+    applicationDidBecomeActive(notification);
+    setIsInNotification(false);
+}
+
+void TarnwellPref::refreshWithoutWriting()
+{
+    tarnwellUpdate({});
+}
+
+void TarnwellPref::doOptionsCheckboxes(QObject *sender)
+{
+    const auto *checkbox = qobject_cast<QCheckBox *>(sender);
+    if (!checkbox)
+        return;
+    const bool value = checkbox->isChecked();
+    const auto wrapper = preferences();
+    if (checkbox == enabledCheckbox()) {
+        tutButton()->setEnabled(value);
+        wrapper->setObject(!value, prefs::keys::disabled);
+    } else if (checkbox == menuAccEnabled()) {
+        wrapper->setObject(value, prefs::keys::menuAcceleratorEnabled);
+    } else {
+        return;
+    }
+    wrapper->synchronize();
+}
+
+void TarnwellPref::setVersionField()
+{
+    const VersionText text = versionText(infoString(m_bundle, u"CFBundleShortVersionString"_s),
+                                         infoString(m_bundle, u"VarnitBuildNumber"_s));
+    versionField()->setText(text.label);
+    versionField()->setToolTip(text.toolTip);
+}
+
+QIcon TarnwellPref::overlayIcon(const QIcon &baseIcon, const QString &withProductIcon)
+{
+    const QFileInfo name(withProductIcon);
+    const QString path = m_bundle.resourcePath(name.completeBaseName(), name.suffix());
+    return overlaidIcon(baseIcon, path.isEmpty() ? QIcon() : QIcon(path));
+}
+
+} // namespace tarnwell::pane

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "foundation/plist/Value.h"
+
+namespace tarnwell::ports {
+class FileManager;
+}
+
+namespace tarnwell::prefs {
+
+/// Orders records by their "Title", without regard to case: negative, zero or positive. A record
+/// without a title comes first.
+int titleCompare(const plist::Dictionary &a, const plist::Dictionary &b);
+
+/// The same order over the titles themselves, for records that are held in another form.
+int titleCompare(const QString &a, const QString &b);
+
+/// Orders exclude records by what the list shows of them, without regard to case: the file's
+/// display name for a record with a "Path", else its "DisplayName".
+int displayNameCompare(const ports::FileManager &fileManager, const plist::Dictionary &a,
+                       const plist::Dictionary &b);
+
+} // namespace tarnwell::prefs

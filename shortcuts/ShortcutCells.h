@@ -1,0 +1,24 @@
+#pragma once
+
+#include "foundation/StyledString.h"
+#include "shortcuts/ShortcutRow.h"
+
+#include <optional>
+
+namespace tarnwell::shortcuts {
+
+/// The columns of the shortcut table, by the identifiers that the interface file gives them.
+enum class ShortcutColumn { MenuItem = 0, NewShortcut = 1, OriginalShortcut = 2, Menu = 3 };
+
+/// The titles from the menu bar down to the item, joined by pointers; empty when none is stored.
+QString menuPathText(const plist::Dictionary &item);
+
+/// What a cell shows; nothing in a column that the table does not know.
+std::optional<foundation::StyledString> shortcutCellValue(const ShortcutRow &row,
+                                                          int columnIdentifier);
+
+/// The text of a shortcut in words ("Shift Command F1"), since a speech synthesiser reads the
+/// glyphs badly or not at all.
+QString spokenShortcut(const QString &glyphs);
+
+} // namespace tarnwell::shortcuts

@@ -1,0 +1,214 @@
+// The controller's half of the shortcut page: it reads the domain, lets the plain functions of this
+// folder work on the values, writes back and refreshes the controls.
+
+#include "pane/TarnwellPref.h"
+
+#include "foundation/Logging.h"
+#include "ports/Applications.h"
+#include "ports/FileManager.h"
+#include "ports/Workspace.h"
+#include "prefs/ApplicationIdentity.h"
+#include "prefs/PreferenceKeys.h"
+#include "prefs/RecordSorting.h"
+#include "shortcuts/ApplicationPopup.h"
+#include "shortcuts/LayoutKeyCommandTranslator.h"
+#include "shortcuts/ShortcutCells.h"
+#include "shortcuts/ShortcutTableModel.h"
+#include "ui/StyledText.h"
+#include "ui/StyledTextDelegate.h"
+
+#include <QComboBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QSignalBlocker>
+#include <QStandardItemModel>
+#include <QTableView>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace tarnwell::pane {
+
+namespace {
+
+constexpr QSize popupIconSize(16, 16);
+
+} // namespace
+
+void TarnwellPref::buildSCArray(const QString &settingsKey)
+{
+    const auto wrapper = preferences();
+    wrapper->synchronize();
+    const std::optional<plist::Dictionary> stored =
+        wrapper->dictionaryForKey(prefs::keys::menuShortcuts);
+    if (!stored)
+        return;
+    const plist::Value &groups = stored->value(settingsKey);
+    if (!groups.isArray())
+        return;
+    const shortcuts::ShortcutListResult built = shortcuts::buildShortcutRows(
+        groups.toArray(), settingsKey, isInNotification(), *m_scTranslator);
+    m_scArray.append(built.rows);
+    if (isInNotification() || !built.groupsChanged)
+        return;
+    plist::Dictionary changed = *stored;
+    changed.insert(settingsKey, plist::Value(built.groups));
+    wrapper->setObject(plist::Value(changed), prefs::keys::menuShortcuts);
+    wrapper->synchronize();
+}
+
+void TarnwellPref::rebuildPopup()
+{
+    const auto wrapper = preferences();
+    wrapper->synchronize();
+    m_scTranslator->useCurrentLayout();
+    const plist::Dictionary stored =
+        wrapper->dictionaryForKey(prefs::keys::menuShortcuts).value_or(plist::Dictionary());
+    plist::Dictionary remaining = stored;
+    QList<shortcuts::PopupEntry> entries;
+    for (const auto &application : stored) {
+        buildSCArray(application.key);
+        if (!m_scArray.hasRowsOf(application.key)) {
+            TARNWELL_SYSTEM_LOG(u"No items configured for %1 (%2)"_s.arg(
+                application.key, shortcuts::description(m_scArray)));
+            remaining.remove(application.key);
+            continue;
+        }
+        const QString path = urlForAppID(application.key).toLocalFile();
+        const QString name = shortcuts::applicationName(m_desktop.applications, path);
+        if (name.isEmpty())
+            continue;
+        QIcon icon = m_desktop.workspace.iconForFile(path);
+        if (icon.isNull())
+            icon = m_desktop.workspace.iconForFileType(u"app"_s);
+        entries.append(
+            {shortcuts::popupTitle(name, m_desktop.fileManager, path), icon, application.key});
+    }
+    std::stable_sort(entries.begin(), entries.end(),
+                     [](const shortcuts::PopupEntry &a, const shortcuts::PopupEntry &b) {
+                         return prefs::titleCompare(a.title, b.title) < 0;
+                     });
+    fillPopup(entries);
+
+    if (isInNotification() || remaining.size() == stored.size())
+        return;
+    // Stored even when nothing remains: an empty dictionary tells the plug-in that every
+    // application was looked at.
+    wrapper->setObject(plist::Value(remaining), prefs::keys::menuShortcuts);
+    wrapper->synchronize();
+}
+
+void TarnwellPref::doPopup(QObject *)
+{
+    const QString settingsKey = selectedSettingsKey();
+    m_scArray.clear();
+    if (settingsKey.isNull()) {
+        appFormatField()->setText(u""_s);
+    } else {
+        m_scTranslator->useCurrentLayout();
+        buildSCArray(settingsKey);
+        const QString name = shortcuts::applicationName(m_desktop.applications,
+                                                        urlForAppID(settingsKey).toLocalFile());
+        if (!name.isEmpty())
+            appFormatField()->setText(QString(storedAppFormatString()).replace("%@"_L1, name));
+    }
+    reloadShortcutTable();
+    scRestoreButton()->setEnabled(scTable()->selectionModel()->hasSelection());
+}
+
+QUrl TarnwellPref::urlForAppID(const QString &identifier) const
+{
+    return prefs::UrlForAppID(m_desktop.applications, identifier);
+}
+
+QString TarnwellPref::selectedSettingsKey() const
+{
+    const QVariant represented = scPopup()->currentData();
+    return represented.isValid() ? represented.toString() : QString();
+}
+
+int TarnwellPref::numberOfRowsInTableView(const QTableView *table) const
+{
+    if (table == ieListTable())
+        return static_cast<int>(m_ieList.size());
+    return table == scTable() ? static_cast<int>(m_scArray.rows().size()) : 0;
+}
+
+std::optional<foundation::StyledString>
+TarnwellPref::objectValueForTableColumn(const QTableView *table, int columnIdentifier,
+                                        int row) const
+{
+    if (table != scTable() || row < 0 || row >= m_scArray.rows().size())
+        return std::nullopt;
+    return shortcuts::shortcutCellValue(m_scArray.rows().at(row), columnIdentifier);
+}
+
+void TarnwellPref::tableViewSelectionDidChange(const QTableView *table)
+{
+    if (table == scTable())
+        scRestoreButton()->setEnabled(scTable()->selectionModel()->hasSelection());
+}
+
+void TarnwellPref::setUpShortcutTable()
+{
+    QTableView *table = scTable();
+    m_scModel =
+        new shortcuts::ShortcutTableModel(table->property("identifiers").toStringList(),
+                                          table->property("headings").toStringList(), table);
+    table->setModel(m_scModel);
+    m_scTranslator = std::make_unique<shortcuts::LayoutKeyCommandTranslator>(
+        m_desktop.keyboardLayouts, localized("None"));
+    static_assert(shortcuts::ShortcutTableModel::StyledStringRole == ui::styledTextRole);
+    table->setItemDelegate(new ui::StyledTextDelegate(table));
+    connect(table->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            [this] { tableViewSelectionDidChange(scTable()); });
+}
+
+void TarnwellPref::reloadShortcutTable()
+{
+    QTableView *table = scTable();
+    const QModelIndex current = table->selectionModel()->currentIndex();
+    const bool wasSelected = table->selectionModel()->hasSelection();
+    const QList<shortcuts::ShortcutRow> before = m_scModel->rows();
+    const QPoint scrolled(table->horizontalScrollBar()->value(),
+                          table->verticalScrollBar()->value());
+    m_scModel->setRows(m_scArray.rows());
+    if (!wasSelected || !current.isValid() || table->selectionModel()->hasSelection())
+        return;
+    // The item stays selected, not its place: what the buttons act on must not change by itself.
+    const int row = m_scModel->indexOf(before.at(current.row()));
+    if (row < 0)
+        return;
+    const QModelIndex index = m_scModel->index(row, current.column());
+    table->selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect |
+                                                        QItemSelectionModel::Rows);
+    table->horizontalScrollBar()->setValue(scrolled.x());
+    table->verticalScrollBar()->setValue(scrolled.y());
+}
+
+void TarnwellPref::fillPopup(const QList<shortcuts::PopupEntry> &entries)
+{
+    QList<QStandardItem *> items;
+    items.reserve(entries.size() + 1);
+    for (const shortcuts::PopupEntry &entry : entries) {
+        auto *item = new QStandardItem(entry.icon, entry.title);
+        item->setData(entry.identifier, Qt::UserRole);
+        items.append(item);
+    }
+    if (entries.isEmpty())
+        items.append(new QStandardItem(localized("No Applications Configured")));
+
+    // Filling a pop-up is no choice of the user's, so nobody hears of it.
+    const QSignalBlocker blocker(scPopup());
+    scPopup()->setIconSize(popupIconSize);
+    auto *model = qobject_cast<QStandardItemModel *>(scPopup()->model());
+    model->clear();
+    model->invisibleRootItem()->appendRows(items);
+    scPopup()->setCurrentIndex(0);
+    scRemoveAppButton()->setEnabled(!entries.isEmpty());
+}
+
+} // namespace tarnwell::pane

@@ -1,0 +1,154 @@
+#include "support/PaneFixture.h"
+#include "ui/InterfaceFile.h"
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+
+using namespace Qt::StringLiterals;
+
+namespace tarnwell::tests {
+
+using LifeCycle = PaneFixture;
+
+TEST_F(LifeCycle, InterfaceAndControllerKnowTheSameNames)
+{
+    openPane();
+    const ui::InterfaceMismatch &mismatch = pane->interfaceMismatch();
+    EXPECT_EQ(mismatch.outletsWithoutWidget, QStringList());
+    EXPECT_EQ(mismatch.actionsWithoutControl, QStringList());
+    EXPECT_EQ(mismatch.controlsWithoutAction, QStringList());
+}
+
+TEST_F(LifeCycle, EnablingNeedsThePluginAndAnOrdinaryUser)
+{
+    struct Row
+    {
+        const char *name;
+        QString installedAt;
+        quint32 userId;
+        plist::Value disabled;
+        bool checkedAfterAwaking;
+        bool checkedAfterLoading;
+        bool offered;
+    };
+    const Row rows[] = {
+        {"in the home",
+         u"/home/tester/Library/Hullforges/Tarnwell.zok"_s,
+         1000,
+         {},
+         true,
+         true,
+         true},
+        {"for everybody", u"/Library/Hullforges/Tarnwell.zok"_s, 1000, {}, true, true, true},
+        {"in the disabled folder",
+         u"/home/tester/Library/Hullforges (disabled)/Tarnwell.zok"_s,
+         1000,
+         {},
+         true,
+         true,
+         false},
+        {"nowhere", u"/elsewhere"_s, 1000, {}, true, true, false},
+        {"switched off", u"/Library/Hullforges/Tarnwell.zok"_s, 1000, true, false, false, true},
+        {"switched off in words", u"/Library/Hullforges/Tarnwell.zok"_s, 1000, u"YES"_s, false,
+         false, true},
+        {"of no meaning", u"/Library/Hullforges/Tarnwell.zok"_s, 1000,
+         plist::Value(plist::Dictionary()), true, true, true},
+        {"as root", u"/Library/Hullforges/Tarnwell.zok"_s, 0, {}, false, true, false},
+    };
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        home = fakes::FakeHome();
+        home.addFolder(row.installedAt);
+        systemFacts.control().realUserId = row.userId;
+        store(u"Disabled"_s, row.disabled);
+        preferences.appSynchronize(prefs::pluginDomain);
+
+        const auto bundle = foundation::Bundle::open(QStringLiteral(TARNWELL_PANE_BUNDLE));
+        pane = std::make_unique<pane::TarnwellPref>(desktop(), identityCache, *bundle);
+        QString error;
+        view.reset(pane->loadMainView(&error));
+        ASSERT_TRUE(view) << error.toStdString();
+        EXPECT_EQ(pane->enabledCheckbox()->isChecked(), row.checkedAfterAwaking);
+        pane->mainViewDidLoad();
+        EXPECT_EQ(pane->enabledCheckbox()->isChecked(), row.checkedAfterLoading);
+        EXPECT_EQ(pane->tutButton()->isEnabled(), row.checkedAfterLoading);
+        pane->willSelect();
+        EXPECT_EQ(pane->enabledCheckbox()->isEnabled(), row.offered);
+        TearDown();
+    }
+}
+
+TEST_F(LifeCycle, ShowsWhatThePreferencesSay)
+{
+    store(u"MLEmailAddress"_s, u"someone@example.com"_s);
+    store(u"DontShowTutorialSheet"_s, true);
+    store(u"HidePredefinedExcludeListItems"_s, true);
+    store(u"ExcludeListNoInternetSync"_s, true);
+    store(u"MenuAcceleratorEnabled"_s, false);
+    openPane();
+    EXPECT_EQ(pane->mlEmailField()->text(), u"someone@example.com"_s);
+    EXPECT_TRUE(pane->askedAboutTutorial());
+    EXPECT_TRUE(pane->ieHideCheckbox()->isChecked());
+    EXPECT_FALSE(pane->ieInternetCheckbox()->isChecked());
+    EXPECT_FALSE(pane->ieHideCheckbox()->isVisibleTo(view.get()));
+    EXPECT_FALSE(pane->ieInternetCheckbox()->isVisibleTo(view.get()));
+    EXPECT_FALSE(pane->menuAccEnabled()->isChecked());
+    EXPECT_TRUE(pane->storedAppFormatString().contains("%@"_L1));
+    EXPECT_EQ(pane->appFormatField()->text(), u""_s);
+    EXPECT_TRUE(preferences.control().writes().isEmpty()) << "opening the pane writes nothing";
+}
+
+TEST_F(LifeCycle, MenuAcceleratorNeedsRecentInterfaces)
+{
+    systemFacts.control().gestalt[ports::fourCharacterCode("sysv")] = 0x1039;
+    openPane();
+    EXPECT_FALSE(pane->menuAccEnabled()->isEnabled());
+    EXPECT_FALSE(pane->setMenuAccHKButton()->isEnabled());
+    EXPECT_EQ(pane->menuAccHotKey()->text(), u"10.4+ Only"_s);
+}
+
+TEST_F(LifeCycle, OptionCheckboxesWriteAtOnce)
+{
+    home.addFolder(u"/Library/Hullforges/Tarnwell.zok"_s);
+    showPane();
+    pane->enabledCheckbox()->click();
+    EXPECT_EQ(stored(u"Disabled"_s), plist::Value(true));
+    EXPECT_FALSE(pane->tutButton()->isEnabled());
+    pane->enabledCheckbox()->click();
+    EXPECT_EQ(stored(u"Disabled"_s), plist::Value(false));
+    EXPECT_TRUE(pane->tutButton()->isEnabled());
+    ASSERT_TRUE(pane->menuAccEnabled()->isChecked()) << "absent counts as on";
+    pane->menuAccEnabled()->click();
+    EXPECT_EQ(stored(u"MenuAcceleratorEnabled"_s), plist::Value(false));
+    EXPECT_TRUE(distributedCenter.control().posted().isEmpty());
+}
+
+TEST_F(LifeCycle, AnotherSenderWritesNothing)
+{
+    openPane();
+    QCheckBox stranger;
+    pane->doOptionsCheckboxes(&stranger);
+    pane->doOptionsCheckboxes(nullptr);
+    EXPECT_TRUE(preferences.control().writes().isEmpty());
+}
+
+TEST_F(LifeCycle, LendsItsIconToTheHostWhileShown)
+{
+    QPixmap base(64, 64);
+    base.fill(Qt::red);
+    hostApplication.setApplicationIcon(QIcon(base));
+    showPane();
+    const QImage shown = hostApplication.applicationIcon().pixmap(64, 64).toImage();
+    EXPECT_EQ(shown.pixelColor(8, 8), QColor(Qt::red)) << "the base shows in the upper left";
+    QImage lowerRight = shown.copy(32, 32, 32, 32);
+    QImage untouched(lowerRight.size(), lowerRight.format());
+    untouched.fill(Qt::red);
+    EXPECT_NE(lowerRight, untouched) << "the product icon fills the lower right quarter";
+    pane->willUnselect();
+    EXPECT_EQ(hostApplication.applicationIcon().pixmap(64, 64).toImage().pixelColor(48, 48),
+              QColor(Qt::red));
+}
+
+} // namespace tarnwell::tests
