@@ -1,7 +1,7 @@
-#include "foundation/plist/Nodes.h"
+#include "foundation/plist/DateText.h"
+#include "foundation/plist/Value.h"
 
-#include <QDateTime>
-#include <QTimeZone>
+#include <QLocale>
 
 #include <cmath>
 #include <ostream>
@@ -14,9 +14,6 @@ using namespace Qt::StringLiterals;
 
 /// In UTF-16 code units. Also what keeps lists that hold the same list over and over in bounds.
 constexpr qsizetype descriptionLimit = 16'384;
-
-/// Seconds between the epochs 1970 and 2001.
-constexpr double epochOffset = 978'307'200.0;
 
 class Describer
 {
@@ -138,11 +135,10 @@ private:
 
     void appendDate(double absoluteTime)
     {
-        constexpr double year9999 = 252'423'993'600.0;
-        const double seconds = absoluteTime + epochOffset;
-        if (std::fabs(seconds) < year9999) // false for NaN, too
-            m_text += QDateTime::fromMSecsSinceEpoch(qint64(std::floor(seconds * 1000.0)), Qt::UTC)
-                          .toString(Qt::ISODateWithMs);
+        // Whole seconds within the calendar read better; the rest says what it is.
+        const QString text = detail::dateText(absoluteTime);
+        if (detail::parseDate(text) == std::floor(absoluteTime))
+            m_text += text;
         else
             m_text += "date "_L1 + QString::number(absoluteTime);
     }

@@ -96,6 +96,7 @@ struct Access
     static Node *node(const Array &array) noexcept { return array.m_node; }
     static Node *node(const Dictionary &dictionary) noexcept { return dictionary.m_node; }
     static quint64 bits(const Value &value) noexcept { return value.m_payload.integer; }
+    static bool isShared(const Value &value) noexcept { return value.isShared(); }
     static quint8 variant(const Value &value) noexcept { return value.m_variant; }
 
     /// A value of a shared type that takes over one reference of the node.
