@@ -81,7 +81,7 @@ std::optional<Bundle> Bundle::open(const QString &path)
         if (!data->path.endsWith(".desktop"_L1))
             return std::nullopt;
         data->entry = DesktopEntry::read(data->path);
-        if (!data->entry)
+        if (!data->entry || data->entry->isDeleted())
             return std::nullopt;
         return Bundle(std::move(data));
     }

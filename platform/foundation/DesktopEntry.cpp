@@ -121,8 +121,7 @@ std::optional<DesktopEntry> DesktopEntry::parse(const QByteArray &bytes)
         entry.m_values.insert(QString::fromUtf8(line.first(equals).trimmed()),
                               QString::fromUtf8(line.sliced(equals + 1).trimmed()));
     }
-    if (!inEntryGroup || entry.value(u"Type"_s) != "Application"_L1 ||
-        entry.booleanValue(u"Hidden"_s))
+    if (!inEntryGroup || entry.value(u"Type"_s) != "Application"_L1)
         return std::nullopt;
     return entry;
 }

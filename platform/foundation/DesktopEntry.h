@@ -13,8 +13,8 @@ namespace tarnwell::foundation {
 class DesktopEntry
 {
 public:
-    /// Reads the entry of a file. Nothing when the file is none, is too large, is marked deleted,
-    /// or describes anything but an application.
+    /// Reads the entry of a file. Nothing when the file is none, is too large, or describes
+    /// anything but an application.
     static std::optional<DesktopEntry> read(const QString &path);
 
     /// Likewise, of the bytes of a file. Lines that make no sense are skipped.
@@ -32,6 +32,10 @@ public:
     QString localizedValue(const QString &key, const QStringList &languages) const;
 
     bool booleanValue(const QString &key) const;
+
+    /// Whether the entry says that there is no such application, whatever other folders hold: this
+    /// is how a user deletes an application of the system.
+    bool isDeleted() const { return booleanValue(QStringLiteral("Hidden")); }
 
     /// Whether menus leave the entry out.
     bool isHiddenFromMenus() const { return booleanValue(QStringLiteral("NoDisplay")); }

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "desktop/Places.h"
+#include "foundation/Bundle.h"
+
+#include <QString>
+#include <QUrl>
+
+namespace tarnwell::desktop {
+
+/// Starts an application, detached, with a document's path (empty for none). Returns 0, or -10814
+/// when there is nothing to start, or -10810 when it did not start.
+int launchApplication(const Places &places, const foundation::Bundle &application,
+                      const QString &document);
+
+/// Opens an address with the desktop's default application for it. False when there is none.
+bool launchDefaultApplication(const QUrl &url);
+
+} // namespace tarnwell::desktop
