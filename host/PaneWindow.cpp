@@ -1,0 +1,114 @@
+#include "host/PaneWindow.h"
+
+#include "host/ErrorPage.h"
+
+#include <QEvent>
+#include <QVBoxLayout>
+#include <QWindow>
+
+namespace tarnwell::host {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QSize usualSize(720, 520);
+
+} // namespace
+
+PaneWindow::PaneWindow(const QString &titleSuffix, QWidget *parent)
+    : QWidget(parent)
+    , m_titleSuffix(titleSuffix)
+    , m_paneName(u"Settings"_s)
+{
+    setObjectName("paneWindow"_L1);
+    auto *windowLayout = new QVBoxLayout(this);
+    windowLayout->setContentsMargins(0, 0, 0, 0);
+    setWindowTitle(m_paneName + m_titleSuffix);
+}
+
+PaneWindow::~PaneWindow()
+{
+    unselect();
+    // The pane lets go of its widgets before they are destroyed with this window.
+    m_pane.reset();
+}
+
+void PaneWindow::setPane(std::variant<LoadedPane, PaneFailure> pane)
+{
+    if (const auto *failure = std::get_if<PaneFailure>(&pane)) {
+        fail(*failure);
+        return;
+    }
+    auto &loaded = std::get<LoadedPane>(pane);
+    m_paneName = loaded.name;
+    m_pane = std::move(loaded.pane);
+    m_view = loaded.view.release();
+    layout()->addWidget(m_view);
+    setWindowTitle(m_paneName + m_titleSuffix);
+}
+
+void PaneWindow::fail(const PaneFailure &failure)
+{
+    if (m_errorPage)
+        return;
+    m_selected = false;
+    // A pane that has failed once may fail again while it goes away.
+    runGuarded([this] { m_pane.reset(); });
+    delete m_view;
+    m_view = nullptr;
+    m_errorPage = new ErrorPage(u"The settings of %1 cannot be shown"_s.arg(m_paneName), failure);
+    layout()->addWidget(m_errorPage);
+    m_errorPage->setFocus();
+}
+
+void PaneWindow::becomeActive()
+{
+    if (!m_pane || !m_selected)
+        return;
+    if (const auto failure = runGuarded([this] { m_pane->hostDidBecomeActive(); }))
+        fail(*failure);
+}
+
+void PaneWindow::setVisible(bool visible)
+{
+    if (visible && m_pane && !m_selected) {
+        m_selected = true;
+        if (const auto failure = runGuarded([this] { m_pane->willSelect(); }))
+            fail(*failure);
+    }
+    if (visible && !m_hasAppeared) {
+        winId();
+        windowHandle()->installEventFilter(this);
+    }
+    QWidget::setVisible(visible);
+    if (!visible)
+        unselect();
+}
+
+QSize PaneWindow::sizeHint() const
+{
+    return QWidget::sizeHint().expandedTo(usualSize);
+}
+
+bool PaneWindow::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == windowHandle() && event->type() == QEvent::Expose && !m_hasAppeared &&
+        windowHandle()->isExposed()) {
+        m_hasAppeared = true;
+        // Behind the painting that this very event brings.
+        QMetaObject::invokeMethod(this, &PaneWindow::appeared, Qt::QueuedConnection);
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void PaneWindow::unselect()
+{
+    if (!m_selected || !m_pane)
+        return;
+    m_selected = false;
+    if (const auto failure = runGuarded([this] { m_pane->willUnselect(); }))
+        fail(*failure);
+}
+
+} // namespace tarnwell::host

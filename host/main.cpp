@@ -1,0 +1,143 @@
+// tarnwell-settings: shows a settings pane in a window of its own.
+
+#include "host/Application.h"
+#include "host/ColorScheme.h"
+#include "host/DesktopColorScheme.h"
+#include "host/ErrorPage.h"
+#include "host/HostIcon.h"
+#include "host/Options.h"
+#include "host/PaneText.h"
+#include "host/PaneWindow.h"
+#include "host/Shots.h"
+#include "host/WindowIcon.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QScreen>
+
+#include <cstdio>
+
+using namespace Qt::StringLiterals;
+using namespace tarnwell;
+
+namespace {
+
+bool hasDisplay()
+{
+    return !qEnvironmentVariableIsEmpty("DISPLAY") ||
+           !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+}
+
+QString absolute(const QString &path)
+{
+    return QDir::cleanPath(QFileInfo(path).absoluteFilePath());
+}
+
+/// The pane beside a build's programs, else the installed one.
+QString defaultPane()
+{
+    const QDir programs(QCoreApplication::applicationDirPath());
+    const auto built = programs.filePath(u"../Tarnwell.prefPane"_s);
+    const auto installed = programs.filePath(QLatin1StringView(TARNWELL_INSTALLED_PANE));
+    return absolute(QFileInfo::exists(built) || !QFileInfo::exists(installed) ? built : installed);
+}
+
+void print(std::FILE *stream, const QString &text)
+{
+    const QByteArray bytes = text.toUtf8();
+    std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stream);
+    std::fflush(stream);
+}
+
+int writeShotsAndText(host::PaneWindow &window, const QString &folder)
+{
+    host::settle();
+    const auto text = host::textOf(&window);
+    const auto failed = host::writeShots(window, folder);
+    const bool showsPane = !window.errorPage();
+    print(showsPane ? stdout : stderr, text);
+    if (!failed.isEmpty()) {
+        print(stderr, u"Cannot write %1\n"_s.arg(failed));
+        return 1;
+    }
+    print(stdout, u"\nA picture of each page is in %1\n"_s.arg(QDir::toNativeSeparators(folder)));
+    return showsPane ? 0 : 1;
+}
+
+/// Everything that can wait until the window is on the screen.
+void startLateServices(host::Application &application, host::PaneWindow &window,
+                       host::WindowIcon &icon, host::DesktopColorScheme &colorScheme,
+                       bool followDesktop)
+{
+    icon.release();
+    QObject::connect(&application, &QGuiApplication::applicationStateChanged, &window,
+                     [&window](Qt::ApplicationState state) {
+                         if (state == Qt::ApplicationActive)
+                             window.becomeActive();
+                     });
+    // A theme that is dark by itself knows better than the general preference.
+    if (!followDesktop || host::isDark(QGuiApplication::palette()))
+        return;
+    QObject::connect(&colorScheme, &host::DesktopColorScheme::changed, &application,
+                     [](host::ColorScheme scheme) { host::applyColorScheme(scheme); });
+    colorScheme.start();
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const bool drawsOffScreen = !hasDisplay() && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
+    if (drawsOffScreen)
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+
+    host::Application application(argc, argv);
+    QCoreApplication::setApplicationName(u"tarnwell-settings"_s);
+    QCoreApplication::setApplicationVersion(QLatin1StringView(TARNWELL_VERSION));
+    const auto options = host::parseOptions(QCoreApplication::arguments().mid(1));
+    if (options.help) {
+        print(stdout, host::helpText());
+        return 0;
+    }
+    if (options.version) {
+        print(stdout, QCoreApplication::applicationVersion() + u'\n');
+        return 0;
+    }
+    if (!options.error.isEmpty()) {
+        print(stderr, u"%1\n\n%2"_s.arg(options.error, host::helpText()));
+        return 2;
+    }
+    if (drawsOffScreen && options.shots.isEmpty()) {
+        print(stderr, u"There is no display to show the settings on. With --shots DIR they are "
+                      "drawn into files.\n"_s);
+        return 1;
+    }
+    if (options.colorScheme != host::ColorScheme::AsDesktop)
+        host::applyColorScheme(options.colorScheme);
+
+    host::WindowIcon icon(host::hostIcon());
+    host::PaneWindow window(options.demo ? u" (demo)"_s : QString());
+    application.setExceptionHandler([&window](const QByteArray &what) {
+        window.fail(host::failureOfException(what.constData()));
+    });
+    const ui::PaneContext context{
+        options.pane.isEmpty() ? defaultPane() : absolute(options.pane),
+        options.home.isEmpty() ? QDir::homePath() : absolute(options.home),
+        options.root.isEmpty() ? QString() : absolute(options.root),
+        icon,
+    };
+    window.setPane(host::loadPane(context));
+
+    host::DesktopColorScheme colorScheme;
+    const bool followDesktop =
+        options.colorScheme == host::ColorScheme::AsDesktop && options.shots.isEmpty();
+    QObject::connect(&window, &host::PaneWindow::appeared, &application, [&] {
+        startLateServices(application, window, icon, colorScheme, followDesktop);
+    });
+    window.resize(window.sizeHint().boundedTo(window.screen()->availableSize()));
+    window.show();
+    if (!options.shots.isEmpty())
+        return writeShotsAndText(window, absolute(options.shots));
+    const int status = QApplication::exec();
+    return window.errorPage() ? 1 : status;
+}
