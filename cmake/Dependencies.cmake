@@ -2,7 +2,7 @@ find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets UiTools DBus LinguistT
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(GIO REQUIRED IMPORTED_TARGET gio-2.0 gio-unix-2.0)
 pkg_check_modules(XKBCOMMON REQUIRED IMPORTED_TARGET xkbcommon)
-pkg_check_modules(XKBCOMMON_X11 REQUIRED IMPORTED_TARGET xkbcommon-x11 xcb)
+pkg_check_modules(XKBCOMMON_X11 REQUIRED IMPORTED_TARGET xkbcommon-x11 xcb xcb-xkb)
 
 if(TARNWELL_TESTS)
     find_package(GTest REQUIRED)
