@@ -1,0 +1,3 @@
+tarnwell_test(bundle_test
+    SOURCES ${CMAKE_CURRENT_LIST_DIR}/BundleTest.cpp ${CMAKE_CURRENT_LIST_DIR}/DesktopEntryTest.cpp
+    LINKS tarnwell_foundation tarnwell_fakes)
