@@ -46,7 +46,7 @@ foundation::StyledString LayoutKeyCommandTranslator::display(const plist::Dictio
     const auto modifiers = cacheable(keyCommand.value(record::modifiers));
     if (!keyCode || !commandKey || !modifiers)
         return TranslatedStringFromKeyDictionary(m_layouts, keyCommand, m_none);
-    const std::tuple key(*keyCode, *commandKey, *modifiers);
+    const Combination key{*keyCode, *commandKey, *modifiers};
     const auto known = m_displayed.constFind(key);
     if (known != m_displayed.cend())
         return *known;

@@ -29,11 +29,25 @@ public:
                                        const plist::Value &commandKey) override;
 
 private:
+    struct Combination
+    {
+        quint32 keyCode;
+        quint32 commandKey;
+        quint32 modifiers;
+
+        friend bool operator==(const Combination &, const Combination &) = default;
+        friend size_t qHash(const Combination &combination, size_t seed = 0)
+        {
+            return qHashMulti(seed, combination.keyCode, combination.commandKey,
+                              combination.modifiers);
+        }
+    };
+
     const ports::KeyboardLayouts &m_layouts;
     QString m_none;
     QString m_layoutIdentifier;
     QByteArray m_layoutData;
-    QHash<std::tuple<quint32, quint32, quint32>, foundation::StyledString> m_displayed;
+    QHash<Combination, foundation::StyledString> m_displayed;
 };
 
 } // namespace tarnwell::shortcuts
