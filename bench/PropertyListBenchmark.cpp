@@ -173,8 +173,8 @@ int main(int argc, char **argv)
 {
     benchmark::Initialize(&argc, argv);
     Run run;
-    run.value = makeDomain();
-    run.bytes = plist::write(run.value, plist::Format::Binary);
+    run.bytes = plist::write(makeDomain(), plist::Format::Binary);
+    run.value = plist::read(run.bytes); // what is written back was read before
 
     using namespace benchmark;
     const auto add = [&run](const char *name, void (*work)(State &, Run &), int times) {

@@ -115,9 +115,8 @@ BinaryWriter::Reference BinaryWriter::collectContainer(const Object &object)
     size_t place = m_children.size();
     m_objects[reference].children = Reference(place);
     if (node->keys) {
-        const std::vector<Reference> &keys = collectKeys(*node->keys);
-        m_children.insert(m_children.end(), keys.begin(), keys.end());
-        place += keys.size();
+        collectKeys(*node->keys);
+        place = m_children.size();
     }
     if (m_children.size() > std::numeric_limits<Reference>::max() - node->size)
         qBadAlloc();
@@ -129,18 +128,26 @@ BinaryWriter::Reference BinaryWriter::collectContainer(const Object &object)
     return reference;
 }
 
-const std::vector<BinaryWriter::Reference> &BinaryWriter::collectKeys(const KeyTable &table)
+void BinaryWriter::collectKeys(const KeyTable &table)
 {
-    std::vector<Reference> &references = m_keys[&table];
-    if (references.empty()) {
-        references.reserve(table.keys.size());
-        for (const QString &key : table.keys) {
-            Object object{.kind = Kind::String, .bits = 0};
-            object.text = &key;
-            references.push_back(intern(object).first);
+    // What many dictionaries share is looked up once.
+    const bool isShared = !table.hasOneOwner();
+    if (isShared) {
+        const auto known = m_keys.find(&table);
+        if (known != m_keys.end()) {
+            m_children.insert(m_children.end(), known->second.begin(), known->second.end());
+            return;
         }
     }
-    return references;
+    const size_t start = m_children.size();
+    for (const QString &key : table.keys) {
+        Object object{.kind = Kind::String, .bits = 0};
+        object.text = &key;
+        m_children.push_back(intern(object).first);
+    }
+    if (isShared)
+        m_keys.emplace(&table, std::vector<Reference>(m_children.begin() + qptrdiff(start),
+                                                      m_children.end()));
 }
 
 std::pair<BinaryWriter::Reference, bool> BinaryWriter::intern(const Object &object)

@@ -57,7 +57,8 @@ private:
 
     Reference collect(const Value &value);
     Reference collectContainer(const Object &object);
-    const std::vector<Reference> &collectKeys(const KeyTable &table);
+    /// Appends the references of the keys to those of the containers.
+    void collectKeys(const KeyTable &table);
     /// The number of an object that equals this one; made if there is none. Tells which.
     std::pair<Reference, bool> intern(const Object &object);
     Reference add(const Object &object);
