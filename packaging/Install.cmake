@@ -5,10 +5,10 @@ include(GNUInstallDirs)
 if(TARGET tarnwell-settings)
     install(TARGETS tarnwell-settings RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 endif()
-# The bundle is machine code and its resources in one folder that must stay together. The path has
-# no architecture in it, since the program looks for the pane relative to itself.
-install(DIRECTORY ${PROJECT_BINARY_DIR}/Tarnwell.prefPane DESTINATION lib/tarnwell
-        USE_SOURCE_PERMISSIONS)
+# Machine code and its resources in one folder that must stay together. The program looks for it in
+# this place, relative to its own.
+install(DIRECTORY ${PROJECT_BINARY_DIR}/Tarnwell.prefPane
+        DESTINATION ${CMAKE_INSTALL_LIBDIR}/tarnwell USE_SOURCE_PERMISSIONS)
 install(FILES ${PROJECT_SOURCE_DIR}/packaging/tarnwell-settings.desktop
         DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
 install(FILES ${PROJECT_SOURCE_DIR}/packaging/tarnwell-settings.svg
