@@ -1,69 +1,16 @@
 #include "desktop/FileIcon.h"
 
-#include <QFileInfo>
-#include <QImageReader>
+#include "desktop/IconImage.h"
+
 #include <QPainter>
 
 namespace tarnwell::desktop {
 
 namespace {
 
-constexpr qint64 largestFile = 32 * 1024 * 1024;
-constexpr int largestSide = 4096;
-constexpr int mostImages = 64;
 constexpr qsizetype mostPixmaps = 8;
 
-bool isReasonable(const QSize &size)
-{
-    return !size.isEmpty() && size.width() <= largestSide && size.height() <= largestSide;
-}
-
-/// The image of a file of several that needs the least scaling down; else the largest one.
-int bestImage(QImageReader &reader, const QSize &wanted)
-{
-    const int count = qMin(reader.imageCount(), mostImages);
-    int best = -1;
-    QSize bestSize;
-    for (int i = 0; i < count; ++i) {
-        if (!reader.jumpToImage(i))
-            break;
-        const QSize size = reader.size();
-        if (!isReasonable(size))
-            continue;
-        const bool fits = size.width() >= wanted.width();
-        const bool bestFits = bestSize.width() >= wanted.width();
-        if (best < 0 || (fits && (!bestFits || size.width() < bestSize.width())) ||
-            (!bestFits && size.width() > bestSize.width())) {
-            best = i;
-            bestSize = size;
-        }
-    }
-    return best;
-}
-
 } // namespace
-
-QImage readIconImage(const QString &path, const QSize &size)
-{
-    const QFileInfo file(path);
-    if (!file.isFile() || file.size() > largestFile)
-        return {};
-    QImageReader reader(path);
-    reader.setDecideFormatFromContent(true);
-    if (reader.imageCount() > 1) {
-        const int best = bestImage(reader, size);
-        if (best < 0 || !reader.jumpToImage(best))
-            return {};
-    } else if (const QSize stored = reader.size(); stored.isValid() && !isReasonable(stored)) {
-        return {};
-    }
-    const QImage image = reader.read();
-    if (image.isNull() || !isReasonable(image.size()))
-        return {};
-    if (image.width() <= size.width() && image.height() <= size.height())
-        return image;
-    return image.scaled(size, Qt::KeepAspectRatio, Qt::SmoothTransformation);
-}
 
 void FileIconEngine::paint(QPainter *painter, const QRect &rectangle, QIcon::Mode mode,
                            QIcon::State state)
@@ -84,7 +31,7 @@ QPixmap FileIconEngine::pixmap(const QSize &size, QIcon::Mode mode, QIcon::State
 QPixmap FileIconEngine::scaledPixmap(const QSize &size, QIcon::Mode mode, QIcon::State state,
                                      qreal /*scale*/)
 {
-    if (!isReasonable(size))
+    if (size.isEmpty() || size.width() > largestIconSide || size.height() > largestIconSide)
         return {};
     auto found = m_pixmaps.constFind(size);
     if (found == m_pixmaps.cend()) {

@@ -22,10 +22,6 @@ struct IconSource
     GenericIcon fallback = GenericIcon::Document;
 };
 
-/// An image file at a size in device pixels, never enlarged; null when it is no image, or a larger
-/// one than any icon.
-QImage readIconImage(const QString &path, const QSize &size);
-
 /// An icon that costs nothing until it is painted: only then its source is looked for and the
 /// picture loaded, in the pixels that the screen wants.
 class FileIconEngine final : public QIconEngine

@@ -8,4 +8,5 @@ list(APPEND desktop_sources
     FileIcon.cpp
     FileStamp.cpp
     GenericIcons.cpp
+    IconImage.cpp
     LocalFileManager.cpp)

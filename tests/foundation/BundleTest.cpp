@@ -1,4 +1,5 @@
 #include "foundation/Bundle.h"
+#include "support/RowName.h"
 #include "support/TemporaryHome.h"
 
 #include <QLocale>
@@ -12,6 +13,7 @@ namespace tarnwell::foundation {
 namespace {
 
 using namespace Qt::StringLiterals;
+using tests::RowName;
 using tests::TemporaryHome;
 
 class Language
@@ -27,12 +29,6 @@ public:
 private:
     QLocale m_before;
 };
-
-template <typename Row>
-std::string rowName(const testing::TestParamInfo<Row> &info)
-{
-    return info.param.name;
-}
 
 // --- the forms of a bundle --------------------------------------------------------------------
 
@@ -81,7 +77,7 @@ const FormRow formRows[] = {
     {"InfoInResources", u"/Resources/Info.plist"_s, plist::Format::Xml, u"/pens"_s,
      u"/Resources/a.txt"_s},
 };
-INSTANTIATE_TEST_SUITE_P(Rows, BundleForms, testing::ValuesIn(formRows), rowName<FormRow>);
+INSTANTIATE_TEST_SUITE_P(Rows, BundleForms, testing::ValuesIn(formRows), RowName());
 
 TEST(Bundle, PrefersTheExecutableForThisSystem)
 {
@@ -157,7 +153,7 @@ const NameRow nameRows[] = {
     {"PairsBeforeTheDamage", bothNames, u"de.lproj/InfoPlist.strings"_s,
      "CFBundleName = Stifte;\n\"a\" = ;\nCFBundleName = Falsch;", u"Stifte"_s},
 };
-INSTANTIATE_TEST_SUITE_P(Rows, BundleNames, testing::ValuesIn(nameRows), rowName<NameRow>);
+INSTANTIATE_TEST_SUITE_P(Rows, BundleNames, testing::ValuesIn(nameRows), RowName());
 
 // --- type and creator -------------------------------------------------------------------------
 
@@ -194,7 +190,7 @@ const CreatorRow creatorRows[] = {
     {"Unclaimed", declared, "APPL????\n", 0x4150504c, 0x3f3f3f3f},
     {"Mistyped", {{u"CFBundleSignature"_s, 5}, {u"CFBundlePackageType"_s, u"APPLE"_s}}, {}, 0, 0},
 };
-INSTANTIATE_TEST_SUITE_P(Rows, BundleCreators, testing::ValuesIn(creatorRows), rowName<CreatorRow>);
+INSTANTIATE_TEST_SUITE_P(Rows, BundleCreators, testing::ValuesIn(creatorRows), RowName());
 
 // --- what a stranger may put there --------------------------------------------------------------
 
@@ -282,7 +278,7 @@ const HostileRow hostileRows[] = {
      },
      true},
 };
-INSTANTIATE_TEST_SUITE_P(Rows, HostileBundles, testing::ValuesIn(hostileRows), rowName<HostileRow>);
+INSTANTIATE_TEST_SUITE_P(Rows, HostileBundles, testing::ValuesIn(hostileRows), RowName());
 
 TEST(Bundle, DoesNotOpenWhatItMayNotRead)
 {

@@ -1,5 +1,6 @@
 #include "foundation/DesktopEntry.h"
 #include "foundation/Bundle.h"
+#include "support/RowName.h"
 #include "support/TemporaryHome.h"
 
 #include <gtest/gtest.h>
@@ -8,13 +9,8 @@ namespace tarnwell::foundation {
 namespace {
 
 using namespace Qt::StringLiterals;
+using tests::RowName;
 using tests::TemporaryHome;
-
-template <typename Row>
-std::string rowName(const testing::TestParamInfo<Row> &info)
-{
-    return info.param.name;
-}
 
 struct ParseRow
 {
@@ -59,8 +55,7 @@ const ParseRow parseRows[] = {
     {"NoGroup", "Type=Application\nName=Pens\n", false, {}},
     {"Empty", {}, false, {}},
 };
-INSTANTIATE_TEST_SUITE_P(Rows, DesktopEntryParsing, testing::ValuesIn(parseRows),
-                         rowName<ParseRow>);
+INSTANTIATE_TEST_SUITE_P(Rows, DesktopEntryParsing, testing::ValuesIn(parseRows), RowName());
 
 TEST(DesktopEntry, IsIdentifiedByItsPlaceBelowTheApplicationsFolder)
 {
@@ -108,8 +103,7 @@ const CommandRow commandRows[] = {
     {"OpenQuotation", "pens \"a", u"/a.txt"_s, {}},
     {"Nothing", "  ", u"/a.txt"_s, {}},
 };
-INSTANTIATE_TEST_SUITE_P(Rows, DesktopCommands, testing::ValuesIn(commandRows),
-                         rowName<CommandRow>);
+INSTANTIATE_TEST_SUITE_P(Rows, DesktopCommands, testing::ValuesIn(commandRows), RowName());
 
 TEST(DesktopEntry, AnswersAsABundle)
 {

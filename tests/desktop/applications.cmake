@@ -1,0 +1,5 @@
+tarnwell_test(applications_test
+    SOURCES ${CMAKE_CURRENT_LIST_DIR}/ApplicationRegistryTest.cpp
+            ${CMAKE_CURRENT_LIST_DIR}/DesktopWorkspaceTest.cpp
+            ${CMAKE_CURRENT_LIST_DIR}/FileBookmarksTest.cpp
+    LINKS tarnwell_desktop tarnwell_fakes)
