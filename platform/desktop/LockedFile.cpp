@@ -1,0 +1,231 @@
+#include "desktop/LockedFile.h"
+
+#include <QFile>
+#include <QRandomGenerator>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <climits>
+#include <cstdio>
+#include <ctime>
+#include <memory>
+#include <system_error>
+
+namespace tarnwell::desktop {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int maximumLinks = 40;
+constexpr int maximumDamagedOfOneSecond = 1000;
+
+template <typename Call>
+auto restarting(Call call)
+{
+    auto result = call();
+    while (result == -1 && errno == EINTR)
+        result = call();
+    return result;
+}
+
+void wait(long microseconds)
+{
+    const timespec pause{0, microseconds * 1000};
+    ::nanosleep(&pause, nullptr);
+}
+
+QByteArray folderOf(const QByteArray &path)
+{
+    const qsizetype slash = path.lastIndexOf('/');
+    return slash < 0 ? "." : slash == 0 ? "/" : path.first(slash);
+}
+
+/// Follows the links that a path's last component makes, also to a file that does not exist yet.
+/// Empty when they go round in a circle.
+QByteArray withoutLinks(QByteArray path)
+{
+    for (int i = 0; i < maximumLinks; ++i) {
+        char target[PATH_MAX];
+        const ssize_t length = ::readlink(path.constData(), target, sizeof target);
+        if (length <= 0 || length == ssize_t(sizeof target))
+            return path;
+        const QByteArray next(target, length);
+        path = next.startsWith('/') ? next : folderOf(path) + '/' + next;
+    }
+    return {};
+}
+
+/// Whether an open file is still the one that a name stands for.
+bool isFileOfName(int fd, int folder, const QByteArray &name)
+{
+    struct stat opened, named;
+    return ::fstat(fd, &opened) == 0 &&
+           ::fstatat(folder, name.constData(), &named, AT_SYMLINK_NOFOLLOW) == 0 &&
+           opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
+}
+
+UniqueFd lockedFile(int folder, const QByteArray &name, int attempts, QString *error)
+{
+    for (int i = 0; i < attempts; ++i) {
+        UniqueFd fd(::openat(folder, name.constData(),
+                             O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NOCTTY, 0600));
+        if (!fd) {
+            *error = systemError(u"open the lock file"_s, errno);
+            return {};
+        }
+        for (; i < attempts; ++i) {
+            if (restarting([&] { return ::flock(fd.get(), LOCK_EX | LOCK_NB); }) == 0) {
+                // Somebody may have removed the file while we waited for it, and then another
+                // writer waits for another file.
+                if (isFileOfName(fd.get(), folder, name))
+                    return fd;
+                break;
+            }
+            if (errno != EWOULDBLOCK) {
+                *error = systemError(u"lock"_s, errno);
+                return {};
+            }
+            wait(i < 20 ? 100 : 1000);
+        }
+    }
+    *error = u"Cannot lock: another process holds the lock and does not let it go."_s;
+    return {};
+}
+
+bool writeAll(int fd, QByteArrayView bytes)
+{
+    while (!bytes.isEmpty()) {
+        const ssize_t written =
+            restarting([&] { return ::write(fd, bytes.data(), size_t(bytes.size())); });
+        if (written < 0)
+            return false;
+        bytes = bytes.sliced(written);
+    }
+    return true;
+}
+
+} // namespace
+
+QString systemError(const QString &what, int code)
+{
+    return u"Cannot %1: %2."_s.arg(what,
+                                   QString::fromStdString(std::generic_category().message(code)));
+}
+
+std::optional<LockedFile> LockedFile::acquire(const QString &path, int attempts, QString *error)
+{
+    const QByteArray target = withoutLinks(QFile::encodeName(path));
+    if (target.isEmpty()) {
+        *error = systemError(u"follow the link"_s, ELOOP);
+        return std::nullopt;
+    }
+    UniqueFd folder(
+        ::open(folderOf(target).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NOCTTY));
+    if (!folder) {
+        *error = systemError(u"open the folder"_s, errno);
+        return std::nullopt;
+    }
+    QByteArray name = target.sliced(target.lastIndexOf('/') + 1);
+    UniqueFd lock = lockedFile(folder.get(), '.' + name + ".lock", attempts, error);
+    if (!lock)
+        return std::nullopt;
+    return LockedFile(std::move(folder), std::move(lock), std::move(name));
+}
+
+LockedFile::LockedFile(UniqueFd folder, UniqueFd lock, QByteArray name)
+    : m_folder(std::move(folder))
+    , m_lock(std::move(lock))
+    , m_name(std::move(name))
+{}
+
+LockedFile::~LockedFile()
+{
+    // Said aloud: closing alone would leave the lock to a child forked at this instant.
+    if (m_lock)
+        ::flock(m_lock.get(), LOCK_UN);
+}
+
+QByteArray LockedFile::temporaryPrefix() const
+{
+    return '.' + m_name + ".tmp-";
+}
+
+UniqueFd LockedFile::replace(QByteArrayView bytes, QString *error)
+{
+    const QByteArray temporary = temporaryPrefix() + QByteArray::number(::getpid()) + '-' +
+                                 QByteArray::number(QRandomGenerator::global()->generate(), 16);
+    UniqueFd fd(::openat(m_folder.get(), temporary.constData(),
+                         O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600));
+    if (!fd) {
+        *error = systemError(u"make a temporary file"_s, errno);
+        return {};
+    }
+
+    const auto abandon = [&](const QString &what) -> UniqueFd {
+        *error = systemError(what, errno);
+        ::unlinkat(m_folder.get(), temporary.constData(), 0);
+        return {};
+    };
+    if (::fchmod(fd.get(), 0600) != 0 || !writeAll(fd.get(), bytes))
+        return abandon(u"write"_s);
+    if (restarting([&] { return ::fsync(fd.get()); }) != 0)
+        return abandon(u"write to the disk"_s);
+    if (::renameat(m_folder.get(), temporary.constData(), m_folder.get(), m_name.constData()) != 0)
+        return abandon(u"rename the temporary file"_s);
+
+    // From here on the new file is what everybody reads. Should the folder not reach the disk, the
+    // caller keeps its writes and tries again. Some file systems cannot flush folders at all.
+    if (restarting([&] { return ::fsync(m_folder.get()); }) != 0 && errno != EINVAL) {
+        *error = systemError(u"write the folder to the disk"_s, errno);
+        return {};
+    }
+    return fd;
+}
+
+QString LockedFile::setAside(const QString &ending, QString *error)
+{
+    const QByteArray wanted = m_name + QFile::encodeName(ending);
+    for (int i = 1; i <= maximumDamagedOfOneSecond; ++i) {
+        const QByteArray name = i == 1 ? wanted : wanted + '-' + QByteArray::number(i);
+        int result = ::renameat2(m_folder.get(), m_name.constData(), m_folder.get(),
+                                 name.constData(), RENAME_NOREPLACE);
+        if (result != 0 && (errno == EINVAL || errno == ENOSYS)) {
+            // The file system has no such rename; a link never replaces anything either.
+            result =
+                ::linkat(m_folder.get(), m_name.constData(), m_folder.get(), name.constData(), 0);
+            if (result == 0)
+                result = ::unlinkat(m_folder.get(), m_name.constData(), 0);
+        }
+        if (result == 0)
+            return QFile::decodeName(name);
+        if (errno != EEXIST)
+            break;
+    }
+    *error = systemError(u"set the damaged file aside"_s, errno);
+    return {};
+}
+
+void LockedFile::removeAbandonedTemporaries()
+{
+    const int fd = ::openat(m_folder.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (fd < 0)
+        return;
+    const std::unique_ptr<DIR, int (*)(DIR *)> folder(::fdopendir(fd), ::closedir);
+    if (!folder) {
+        ::close(fd);
+        return;
+    }
+    // Only the holder of the lock has a temporary file, and that is us, before we make ours.
+    const QByteArray prefix = temporaryPrefix();
+    while (const dirent *entry = ::readdir(folder.get())) {
+        if (QByteArrayView(entry->d_name).startsWith(prefix))
+            ::unlinkat(m_folder.get(), entry->d_name, 0);
+    }
+}
+
+} // namespace tarnwell::desktop

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "ports/Clock.h"
+
+namespace tarnwell::desktop {
+
+/// The system's clock.
+class SystemClock final : public ports::Clock
+{
+public:
+    double absoluteTime() const override;
+};
+
+} // namespace tarnwell::desktop

@@ -1,0 +1,14 @@
+list(APPEND desktop_sources
+    DistributedNotifications.cpp
+    DomainFile.cpp
+    FilePreferences.cpp
+    LinuxSystemFacts.cpp
+    LocalNotifications.cpp
+    LockedFile.cpp
+    NotificationBus.cpp
+    NotificationMessage.cpp
+    NotificationQueue.cpp
+    ObserverList.cpp
+    PreferenceDomain.cpp
+    QtTimers.cpp
+    SystemClock.cpp)
