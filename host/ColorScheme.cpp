@@ -15,13 +15,13 @@ struct PaletteEntry
 };
 
 constexpr PaletteEntry darkEntries[] = {
-    {QPalette::Window, 0xff2b2d31, 0xff2b2d31},
+    {QPalette::Window, 0xff323439, 0xff323439},
     {QPalette::WindowText, 0xffe8e9eb, 0xff8a8d93},
-    {QPalette::Base, 0xff1e1f22, 0xff26282b},
-    {QPalette::AlternateBase, 0xff25272a, 0xff26282b},
+    {QPalette::Base, 0xff1c1d20, 0xff2b2d31},
+    {QPalette::AlternateBase, 0xff242629, 0xff2b2d31},
     {QPalette::Text, 0xffe8e9eb, 0xff8a8d93},
     {QPalette::PlaceholderText, 0xff9a9da3, 0xff74777d},
-    {QPalette::Button, 0xff3a3d42, 0xff313338},
+    {QPalette::Button, 0xff313338, 0xff2d2f33},
     {QPalette::ButtonText, 0xffe8e9eb, 0xff8a8d93},
     {QPalette::BrightText, 0xffffffff, 0xffffffff},
     {QPalette::ToolTipBase, 0xff3a3d42, 0xff3a3d42},
@@ -32,7 +32,7 @@ constexpr PaletteEntry darkEntries[] = {
     {QPalette::LinkVisited, 0xffb89af0, 0xff8a8d93},
     {QPalette::Light, 0xff53575e, 0xff53575e},
     {QPalette::Midlight, 0xff45484e, 0xff45484e},
-    {QPalette::Mid, 0xff232528, 0xff232528},
+    {QPalette::Mid, 0xff25272a, 0xff25272a},
     {QPalette::Dark, 0xff191a1c, 0xff191a1c},
     {QPalette::Shadow, 0xff0c0d0e, 0xff0c0d0e},
 };

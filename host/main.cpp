@@ -16,6 +16,7 @@
 #include <QScreen>
 
 #include <cstdio>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 using namespace tarnwell;
@@ -65,16 +66,10 @@ int writeShotsAndText(host::PaneWindow &window, const QString &folder)
 }
 
 /// Everything that can wait until the window is on the screen.
-void startLateServices(host::Application &application, host::PaneWindow &window,
-                       host::WindowIcon &icon, host::DesktopColorScheme &colorScheme,
-                       bool followDesktop)
+void startLateServices(host::Application &application, host::WindowIcon &icon,
+                       host::DesktopColorScheme &colorScheme, bool followDesktop)
 {
     icon.release();
-    QObject::connect(&application, &QGuiApplication::applicationStateChanged, &window,
-                     [&window](Qt::ApplicationState state) {
-                         if (state == Qt::ApplicationActive)
-                             window.becomeActive();
-                     });
     // A theme that is dark by itself knows better than the general preference.
     if (!followDesktop || host::isDark(QGuiApplication::palette()))
         return;
@@ -128,12 +123,18 @@ int main(int argc, char **argv)
     };
     window.setPane(host::loadPane(context));
 
+    // The activation that comes with the first showing brings nobody back.
+    bool wasActive = false;
+    QObject::connect(&application, &QGuiApplication::applicationStateChanged, &window,
+                     [&](Qt::ApplicationState state) {
+                         if (state == Qt::ApplicationActive && std::exchange(wasActive, true))
+                             window.becomeActive();
+                     });
     host::DesktopColorScheme colorScheme;
     const bool followDesktop =
         options.colorScheme == host::ColorScheme::AsDesktop && options.shots.isEmpty();
-    QObject::connect(&window, &host::PaneWindow::appeared, &application, [&] {
-        startLateServices(application, window, icon, colorScheme, followDesktop);
-    });
+    QObject::connect(&window, &host::PaneWindow::appeared, &application,
+                     [&] { startLateServices(application, icon, colorScheme, followDesktop); });
     window.resize(window.sizeHint().boundedTo(window.screen()->availableSize()));
     window.show();
     if (!options.shots.isEmpty())

@@ -228,15 +228,23 @@ WidgetSheets::Entry *WidgetSheets::find(const QObject *sheet) const
 bool WidgetSheets::eventFilter(QObject *watched, QEvent *event)
 {
     if (Entry *entry = find(watched); entry && entry->shown && !entry->ended) {
-        const bool escape = event->type() == QEvent::KeyPress &&
-                            static_cast<QKeyEvent *>(event)->matches(QKeySequence::Cancel);
-        if (event->type() == QEvent::Close || (escape && entry->owned)) {
+        const bool isKey =
+            event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
+        const bool escape =
+            isKey && static_cast<QKeyEvent *>(event)->matches(QKeySequence::Cancel);
+        if (escape && event->type() == QEvent::ShortcutOverride) {
+            // As a shortcut it would press its button with an animation, and only in a window
+            // that the toolkit holds to be active.
+            event->accept();
+            return true;
+        }
+        if (event->type() == QEvent::Close || escape) {
             auto *box = qobject_cast<QMessageBox *>(entry->sheet);
             if (QAbstractButton *button = box ? box->escapeButton() : escapeButton(entry->sheet))
                 button->click();
             else
                 entry->sheet->hide();
-            event->ignore();
+            event->setAccepted(escape);
             return true;
         }
         if (event->type() == QEvent::Hide && !event->spontaneous())

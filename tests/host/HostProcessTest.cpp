@@ -1,0 +1,239 @@
+// The host as its user meets it: a process with a command line, what it prints, what it draws, and
+// how it ends.
+
+#include <QDir>
+#include <QFile>
+#include <QImage>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct HostRun
+{
+    int status = -1;
+    bool crashed = true;
+    QString output;
+    QString errors;
+};
+
+/// A folder with a pane bundle in it, and runs of the host on that bundle.
+class Host
+{
+public:
+    void writeInfo(const QString &principalClass, const QString &executable = u"Pane.so"_s)
+    {
+        QString entries;
+        if (!principalClass.isEmpty())
+            entries += u"<key>NSPrincipalClass</key><string>%1</string>"_s.arg(principalClass);
+        if (!executable.isEmpty())
+            entries += u"<key>CFBundleExecutable</key><string>%1</string>"_s.arg(executable);
+        write(u"Info.plist"_s,
+              u"<plist version=\"1.0\"><dict><key>CFBundleName</key><string>Fake</string>"_s
+                      .toUtf8() +
+                  entries.toUtf8() + "</dict></plist>");
+    }
+
+    void write(const QString &name, const QByteArray &bytes)
+    {
+        const QString path = contents() + name;
+        QDir().mkpath(QFileInfo(path).path());
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+    }
+
+    void putExecutable(const QString &name)
+    {
+        QDir().mkpath(contents() + u"Linux"_s);
+        ASSERT_TRUE(QFile::copy(qEnvironmentVariable("FAKE_PANES") + u'/' + name,
+                                contents() + u"Linux/Pane.so"_s));
+    }
+
+    void putInterface()
+    {
+        QDir().mkpath(contents() + u"Resources"_s);
+        ASSERT_TRUE(QFile::copy(qEnvironmentVariable("INTERFACE_FILES") + u"/Main.ui"_s,
+                                contents() + u"Resources/Main.ui"_s));
+    }
+
+    HostRun run(const QStringList &further = {}, bool platformGiven = true) const
+    {
+        QProcess process;
+        auto environment = QProcessEnvironment::systemEnvironment();
+        environment.remove(u"DISPLAY"_s);
+        environment.remove(u"WAYLAND_DISPLAY"_s);
+        if (!platformGiven)
+            environment.remove(u"QT_QPA_PLATFORM"_s);
+        process.setProcessEnvironment(environment);
+        process.start(qEnvironmentVariable("TARNWELL_SETTINGS"),
+                      QStringList{u"--pane"_s, bundle()} + further);
+        process.waitForFinished(-1);
+        return {process.exitCode(), process.exitStatus() != QProcess::NormalExit,
+                QString::fromUtf8(process.readAllStandardOutput()),
+                QString::fromUtf8(process.readAllStandardError())};
+    }
+
+    HostRun runShots(const QStringList &further = {}) const
+    {
+        return run(QStringList{u"--shots"_s, shots()} + further);
+    }
+
+    QString bundle() const { return m_folder.filePath(u"Fake.prefPane"_s); }
+    QString shots() const { return m_folder.filePath(u"shots"_s); }
+    QStringList shotNames() const { return QDir(shots()).entryList(QDir::Files, QDir::Name); }
+
+private:
+    QString contents() const { return bundle() + u"/Contents/"_s; }
+
+    QTemporaryDir m_folder;
+};
+
+QStringList steps(const QString &output)
+{
+    QStringList result;
+    const auto lines = output.split(u'\n');
+    for (const QString &line : lines) {
+        if (line.startsWith(u"pane: "_s))
+            result.append(line.mid(6));
+    }
+    return result;
+}
+
+} // namespace
+
+TEST(HostProcess, TakesAPaneThroughItsLife)
+{
+    Host host;
+    host.writeInfo(u"Good"_s);
+    host.putExecutable(u"right_pane.so"_s);
+    const HostRun run = host.runShots({u"--home"_s, u"/some/home"_s, u"--root"_s, u"/some/root"_s});
+    EXPECT_EQ(run.status, 0) << qPrintable(run.errors);
+    EXPECT_EQ(steps(run.output),
+              (QStringList{u"loaded"_s, u"mainViewDidLoad"_s, u"willSelect, hidden"_s,
+                           u"willUnselect"_s, u"destroyed before its view"_s}));
+    EXPECT_TRUE(run.output.contains(u"home /some/home\nroot /some/root"_s));
+    EXPECT_EQ(host.shotNames(), (QStringList{u"01-page-dark.png"_s, u"01-page-light.png"_s}));
+}
+
+TEST(HostProcess, DrawsEveryPageInLightAndDark)
+{
+    Host host;
+    host.writeInfo(u"Interface"_s);
+    host.putExecutable(u"right_pane.so"_s);
+    host.putInterface();
+    const HostRun run = host.runShots();
+    EXPECT_EQ(run.status, 0) << qPrintable(run.errors);
+    EXPECT_EQ(host.shotNames(),
+              (QStringList{u"01-shortcuts-dark.png"_s, u"01-shortcuts-light.png"_s,
+                           u"02-exclude-list-dark.png"_s, u"02-exclude-list-light.png"_s,
+                           u"03-effects-dark.png"_s, u"03-effects-light.png"_s,
+                           u"04-menu-accelerator-dark.png"_s, u"04-menu-accelerator-light.png"_s,
+                           u"05-updates-about-dark.png"_s, u"05-updates-about-light.png"_s}));
+    const QImage dark(host.shots() + u"/01-shortcuts-dark.png"_s);
+    const QImage light(host.shots() + u"/01-shortcuts-light.png"_s);
+    ASSERT_FALSE(dark.isNull() || light.isNull());
+    EXPECT_LT(dark.pixelColor(dark.width() / 2, dark.height() / 2).lightness(), 64);
+    EXPECT_GT(light.pixelColor(light.width() / 2, light.height() / 2).lightness(), 192);
+    EXPECT_TRUE(run.output.contains(host.shots()));
+}
+
+TEST(HostProcess, ShowsWhyAPaneCannotBeShown)
+{
+    struct Row
+    {
+        const char *name;
+        QString principalClass; ///< no Info.plist when null
+        QString executable;     ///< a fake pane's file, or "text" for none that could run
+        QString message;        ///< part of what is printed
+    };
+    const Row rows[] = {
+        {"no description", {}, u"right_pane.so"_s, u"or its description is damaged"_s},
+        {"no executable", u"Good"_s, {}, u"The pane’s program is missing"_s},
+        {"text as executable", u"Good"_s, u"text"_s, u"damaged, or no program at all"_s},
+        {"older interface", u"Good"_s, u"older_pane.so"_s,
+         u"its interface is number 0, this program’s is number 1"_s},
+        {"other plug-in", u"Good"_s, u"other_plugin.so"_s, u"a plug-in of another kind"_s},
+        {"no class named", u""_s, u"right_pane.so"_s, u"does not say which class"_s},
+        {"no such class", u"Absent"_s, u"right_pane.so"_s, u"lacks the class “Absent”"_s},
+        {"damaged interface file", u"Viewless"_s, u"right_pane.so"_s,
+         u"Main.ui cannot be read: it is damaged"_s},
+        {"throws when made", u"ThrowingInConstructor"_s, u"right_pane.so"_s,
+         u"Exception: ThrowingInConstructor"_s},
+        {"throws while loading", u"ThrowingInLoadMainView"_s, u"right_pane.so"_s,
+         u"Exception: ThrowingInLoadMainView"_s},
+        {"throws when loaded", u"ThrowingInMainViewDidLoad"_s, u"right_pane.so"_s,
+         u"Exception: ThrowingInMainViewDidLoad"_s},
+        {"throws when selected", u"ThrowingInWillSelect"_s, u"right_pane.so"_s,
+         u"Exception: ThrowingInWillSelect"_s},
+        {"throws from an event", u"ThrowingLater"_s, u"right_pane.so"_s, u"Exception: later"_s},
+    };
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        Host host;
+        if (!row.principalClass.isNull())
+            host.writeInfo(row.principalClass);
+        if (row.executable == "text"_L1)
+            host.write(u"Linux/Pane.so"_s, "This is no program.\n");
+        else if (!row.executable.isEmpty())
+            host.putExecutable(row.executable);
+        const HostRun run = host.runShots();
+        EXPECT_FALSE(run.crashed);
+        EXPECT_EQ(run.status, 1);
+        EXPECT_TRUE(run.errors.contains(row.message)) << qPrintable(run.errors);
+        EXPECT_EQ(host.shotNames(), (QStringList{u"01-error-dark.png"_s, u"01-error-light.png"_s}));
+    }
+}
+
+TEST(HostProcess, SaysThatThereIsNoPane)
+{
+    const Host host;
+    const HostRun run = host.runShots();
+    EXPECT_EQ(run.status, 1);
+    EXPECT_TRUE(run.errors.contains(u"There is no settings pane where one should be."_s));
+    EXPECT_TRUE(run.errors.contains(host.bundle()));
+}
+
+TEST(HostProcess, RunsNothingOfAPaneOfAnotherInterface)
+{
+    for (const QString &executable : {u"older_pane.so"_s, u"other_plugin.so"_s}) {
+        Host host;
+        host.writeInfo(u"Good"_s);
+        host.putExecutable(executable);
+        EXPECT_EQ(steps(host.runShots().output), QStringList()) << qPrintable(executable);
+    }
+}
+
+TEST(HostProcess, WorksWithoutADisplay)
+{
+    Host host;
+    host.writeInfo(u"Good"_s);
+    host.putExecutable(u"right_pane.so"_s);
+    EXPECT_EQ(host.run({u"--shots"_s, host.shots()}, false).status, 0);
+    const HostRun interactive = host.run({}, false);
+    EXPECT_EQ(interactive.status, 1);
+    EXPECT_TRUE(interactive.errors.contains(u"There is no display"_s));
+}
+
+TEST(HostProcess, ReportsPicturesThatCannotBeWritten)
+{
+    Host host;
+    host.writeInfo(u"Good"_s);
+    host.putExecutable(u"right_pane.so"_s);
+    host.write(u"file"_s, "in the way");
+    const HostRun run = host.run({u"--shots"_s, host.bundle() + u"/Contents/file"_s});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_TRUE(run.errors.contains(u"Cannot write"_s));
+}
+
+TEST(HostProcess, RefusesACommandLineItDoesNotKnow)
+{
+    const Host host;
+    const HostRun run = host.run({u"--frobnicate"_s});
+    EXPECT_EQ(run.status, 2);
+    EXPECT_TRUE(run.errors.contains(u"--frobnicate is not an option"_s));
+}

@@ -1,0 +1,124 @@
+// Every control of the interface files can be reached with the keyboard and is told by a screen
+// reader.
+
+#include "ui/InterfaceFile.h"
+
+#include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QComboBox>
+#include <QDialog>
+#include <QDir>
+#include <QLabel>
+#include <QLineEdit>
+#include <QTabWidget>
+#include <QTextEdit>
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QStringList fileNames{u"Main.ui"_s, u"AboutSheet.ui"_s, u"HotKeySheet.ui"_s,
+                            u"TutorialSheet.ui"_s};
+
+class InterfaceAccessibilityTest : public testing::TestWithParam<QString>
+{
+protected:
+    void SetUp() override
+    {
+        tarnwell::ui::InterfaceFileLoader loader;
+        loader.registerClass(u"QCView"_s, [](QWidget *parent) { return new QWidget(parent); });
+        loader.registerClass(u"LiWindow"_s, [](QWidget *parent) { return new QDialog(parent); });
+        loader.registerClass(u"LiTextField"_s,
+                             [](QWidget *parent) { return new QLineEdit(parent); });
+        const QDir folder(qEnvironmentVariable("BUNDLE_RESOURCES"));
+        QString error;
+        m_roots = loader.load({folder.filePath(GetParam())}, {}, nullptr, &error);
+        ASSERT_EQ(m_roots.size(), 1U) << qPrintable(error);
+    }
+
+    QWidget &root() { return *m_roots.front(); }
+
+    static bool isControl(const QWidget *widget)
+    {
+        return !widget->objectName().startsWith("qt_"_L1) &&
+               (qobject_cast<const QAbstractButton *>(widget) ||
+                qobject_cast<const QAbstractItemView *>(widget) ||
+                qobject_cast<const QComboBox *>(widget) ||
+                qobject_cast<const QLineEdit *>(widget) ||
+                qobject_cast<const QTextEdit *>(widget) ||
+                qobject_cast<const QTabWidget *>(widget));
+    }
+
+    /// The controls of the file, without the parts that the toolkit makes them of.
+    QList<QWidget *> controls()
+    {
+        QList<QWidget *> result;
+        for (QWidget *widget : root().findChildren<QWidget *>()) {
+            const auto name = widget->objectName();
+            if (isControl(widget) && !name.isEmpty() && !name.startsWith("Scroll"_L1))
+                result.append(widget);
+        }
+        return result;
+    }
+
+    std::vector<std::unique_ptr<QWidget>> m_roots;
+};
+
+} // namespace
+
+TEST_P(InterfaceAccessibilityTest, ControlsHaveANameAndADescription)
+{
+    for (const QWidget *control : controls()) {
+        EXPECT_FALSE(control->accessibleName().isEmpty()) << qPrintable(control->objectName());
+        EXPECT_FALSE(control->accessibleDescription().isEmpty())
+            << qPrintable(control->objectName());
+    }
+}
+
+TEST_P(InterfaceAccessibilityTest, MnemonicsOfAPageAreUnlikeOneAnother)
+{
+    const auto mnemonic = [](const QString &text) {
+        return QKeySequence::mnemonic(text).toString();
+    };
+    QStringList everywhere;
+    QList<QWidget *> pages;
+    if (const auto *tabs = root().findChild<QTabWidget *>()) {
+        for (int i = 0; i < tabs->count(); ++i) {
+            everywhere.append(mnemonic(tabs->tabText(i)));
+            pages.append(tabs->widget(i));
+        }
+        everywhere.append(
+            mnemonic(root().findChild<QAbstractButton *>(u"enabledCheckbox"_s)->text()));
+    } else {
+        pages.append(&root());
+    }
+    for (const QWidget *page : std::as_const(pages)) {
+        QStringList used = everywhere;
+        for (const QWidget *widget : page->findChildren<QWidget *>()) {
+            const auto *label = qobject_cast<const QLabel *>(widget);
+            const auto *button = qobject_cast<const QAbstractButton *>(widget);
+            const QString keys = label && label->buddy() ? mnemonic(label->text())
+                                 : button                ? mnemonic(button->text())
+                                                         : QString();
+            if (keys.isEmpty())
+                continue;
+            EXPECT_FALSE(used.contains(keys))
+                << qPrintable(page->objectName()) << ' ' << qPrintable(widget->objectName());
+            used.append(keys);
+        }
+    }
+}
+
+TEST_P(InterfaceAccessibilityTest, FitsASmallScreen)
+{
+    const QSize size = root().minimumSizeHint();
+    EXPECT_LE(size.width(), 640);
+    EXPECT_LE(size.height(), 480);
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, InterfaceAccessibilityTest, testing::ValuesIn(fileNames),
+                         [](const auto &row) {
+                             return row.param.section(u'.', 0, 0).toStdString();
+                         });
