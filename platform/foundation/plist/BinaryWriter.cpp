@@ -146,8 +146,8 @@ void BinaryWriter::collectKeys(const KeyTable &table)
         m_children.push_back(intern(object).first);
     }
     if (isShared)
-        m_keys.emplace(&table, std::vector<Reference>(m_children.begin() + qptrdiff(start),
-                                                      m_children.end()));
+        m_keys.emplace(
+            &table, std::vector<Reference>(m_children.begin() + qptrdiff(start), m_children.end()));
 }
 
 std::pair<BinaryWriter::Reference, bool> BinaryWriter::intern(const Object &object)

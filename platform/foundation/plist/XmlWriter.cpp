@@ -42,6 +42,8 @@ QString realText(double real)
         return u"nan"_s;
     if (std::isinf(real))
         return real < 0 ? u"-inf"_s : u"inf"_s;
+    if (real == 0.0 && std::signbit(real))
+        return u"-0"_s; // the conversion drops the sign
     return QString::number(real, 'g', QLocale::FloatingPointShortest);
 }
 
