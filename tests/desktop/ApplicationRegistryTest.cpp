@@ -1,6 +1,7 @@
 #include "desktop/ApplicationRegistry.h"
 #include "desktop/ApplicationFolder.h"
 #include "desktop/LocalFileManager.h"
+#include "support/ArgumentReport.h"
 #include "support/RowName.h"
 #include "support/TemporaryHome.h"
 
@@ -8,12 +9,11 @@
 
 #include <sys/xattr.h>
 
-#include <algorithm>
-
 namespace tarnwell::desktop {
 namespace {
 
 using namespace Qt::StringLiterals;
+using tests::ArgumentReport;
 using tests::RowName;
 using tests::TemporaryHome;
 
@@ -245,36 +245,9 @@ TEST_F(Registry, DoesNotRememberANameThatChanged)
 
 // --- opening ----------------------------------------------------------------------------------
 
-/// A pipe through which a started program reports its arguments.
-class Report
-{
-public:
-    explicit Report(const TemporaryHome &home)
-        : m_path(home.path(u"/report"_s))
-    {
-        EXPECT_EQ(::mkfifo(QFile::encodeName(m_path).constData(), 0600), 0);
-    }
-    QByteArray script() const
-    {
-        return "#!/bin/sh\nprintf '%s|' \"$#\" \"$@\" > '" + QFile::encodeName(m_path) + "'\n";
-    }
-    QByteArray read() const
-    {
-        QFile file(m_path);
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly | QIODevice::Unbuffered));
-        QByteArray all;
-        for (char c = 0; file.read(&c, 1) == 1;)
-            all.append(c);
-        return all;
-    }
-
-private:
-    QString m_path;
-};
-
 TEST_F(Registry, StartsAnApplicationWithADocument)
 {
-    const Report report(home);
+    const ArgumentReport report(home);
     const QString path = home.makeApplication(u"/Applications/Pens.app"_s, u"org.example.pens"_s);
     home.write(u"/Applications/Pens.app/Contents/Linux/run"_s, report.script(), true);
     const QString document = home.write(u"/my letter.txt"_s, "x");
@@ -286,7 +259,7 @@ TEST_F(Registry, StartsAnApplicationWithADocument)
 
 TEST_F(Registry, StartsADesktopEntryWithADocument)
 {
-    const Report report(home);
+    const ArgumentReport report(home);
     const QString program = home.write(u"/pens"_s, report.script(), true);
     const QString entry =
         home.write(u"/a.desktop"_s, entryStart + "Exec=\"" + program.toUtf8() + "\" --open %f\n");
