@@ -151,21 +151,22 @@ QString Describer::shown(const KeyPosition &key, xkb_layout_index_t group, quint
     return result.deadKey != nullptr ? spacingText(*result.deadKey) : result.text;
 }
 
-/// Whether most letters of a group are Latin.
+/// Whether most letter keys of a group type the plain letters that shortcuts are named by. A board
+/// of accented letters alone is a companion to another, as one of another script is.
 bool Describer::isLatin(xkb_layout_index_t group) const
 {
-    int latin = 0;
+    int plain = 0;
     int other = 0;
     for (const KeyPosition &key : foundation::keyPositions()) {
         const QString text = QChar(key.usCharacter).isLetter() ? shown(key, group, 0) : QString();
-        if (text.isEmpty())
-            continue;
-        if (isOfScript(text, [](QChar::Script script) { return script == QChar::Script_Latin; }))
-            ++latin;
-        else if (!isLatinOrCommon(text))
+        if (text.size() == 1 && text.front() < QChar(0x80)) {
+            if (text.front().isLetter())
+                ++plain;
+        } else if (!isOfScript(text, [](auto script) { return script == QChar::Script_Common; })) {
             ++other;
+        }
     }
-    return latin > other;
+    return plain > other;
 }
 
 std::optional<xkb_layout_index_t> Describer::firstOtherLatinGroup() const
