@@ -1,0 +1,1 @@
+tarnwell_fuzz_target(rtf SOURCE rtf.cpp LINKS tarnwell_richtext)
