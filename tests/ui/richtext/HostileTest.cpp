@@ -20,17 +20,17 @@ qsizetype textSize(const RichText &text)
 
 TEST(HostileRichText, groupsWithoutEndOrBottom)
 {
-    const QByteArray deep("{\\rtf1 a" + QByteArray(2'000'000, '{') + "b" +
-                          QByteArray(2'000'000, '}') + "c}");
+    const QByteArray deep("{\\rtf1 a" + QByteArray(500'000, '{') + "b" +
+                          QByteArray(500'000, '}') + "c}");
     EXPECT_EQ(parseRichText(deep).paragraphs.at(0).text(), QStringLiteral("ac"));
-    EXPECT_EQ(textSize(parseRichText("{\\rtf1 a" + QByteArray(2'000'000, '}'))), 1);
+    EXPECT_EQ(textSize(parseRichText("{\\rtf1 a" + QByteArray(500'000, '}'))), 1);
 }
 
 TEST(HostileRichText, paragraphsAndStylesWithoutNumber)
 {
-    EXPECT_LE(parseRichText("{\\rtf1" + QByteArray("\\par").repeated(1'000'000)).paragraphs.size(),
+    EXPECT_LE(parseRichText("{\\rtf1" + QByteArray("\\par").repeated(200'000)).paragraphs.size(),
               100'000);
-    const RichText runs = parseRichText("{\\rtf1" + QByteArray("\\b a\\b0 b").repeated(1'000'000));
+    const RichText runs = parseRichText("{\\rtf1" + QByteArray("\\b a\\b0 b").repeated(200'000));
     ASSERT_EQ(runs.paragraphs.size(), 1);
     EXPECT_LE(runs.paragraphs.at(0).runs.size(), 200'001);
 }
@@ -40,11 +40,11 @@ TEST(HostileRichText, tablesWithoutNumber)
     QByteArray fonts;
     for (int i = 0; i < 100'000; ++i)
         fonts += "{\\f" + QByteArray::number(i) + "\\fnil X;}";
-    const QByteArray colors = QByteArray("\\red1;").repeated(1'000'000);
+    const QByteArray colors = QByteArray("\\red1;").repeated(200'000);
     EXPECT_EQ(textSize(parseRichText("{\\rtf1{\\fonttbl" + fonts + "}{\\colortbl" + colors +
                                      "}\\f99999\\cf999999 a}")),
               1);
-    EXPECT_EQ(parseRichText("{\\rtf1\\pard" + QByteArray("\\tx1").repeated(1'000'000) + " a}")
+    EXPECT_EQ(parseRichText("{\\rtf1\\pard" + QByteArray("\\tx1").repeated(200'000) + " a}")
                   .paragraphs.at(0)
                   .style.tabs.size(),
               64);
