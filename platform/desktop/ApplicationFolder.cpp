@@ -37,8 +37,9 @@ int ApplicationFolder::updateListing(const QString &path, Listing &listing) cons
 {
     const std::optional<FileStamp> stamp = FileStamp::of(path);
     if (!stamp) {
+        const bool wasThere = listing.stamp.has_value();
         listing = {};
-        return 0;
+        return wasThere ? 1 : 0;
     }
     if (listing.wasSettled && listing.stamp == stamp)
         return 0;

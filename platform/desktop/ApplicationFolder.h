@@ -23,7 +23,8 @@ public:
         , m_path(path)
     {}
 
-    /// Takes up what happened since the last time. Returns how many folders had to be listed.
+    /// Takes up what happened since the last time. Returns how many folders had to be listed; with
+    /// none, the items are what they were.
     int update();
 
     /// The paths of the applications: those of the folder itself first, then those of each

@@ -39,10 +39,13 @@ void readFinderInfo(const QString &path, ports::ItemInfo &info)
     info.creator = qFromBigEndian<quint32>(bytes.constData() + 4);
 }
 
-/// Whether a program is there that the entry wants to see before it is shown.
-bool isUsable(const Bundle &bundle)
+/// Whether menus show a desktop entry: it doesn't hide, and the program is there that it wants to
+/// see before it is shown.
+bool isForMenus(const Bundle &entry)
 {
-    const QString tryExec = bundle.infoValue(u"TryExec"_s).toString();
+    if (entry.infoValue(u"NoDisplay"_s).toString() == "true"_L1)
+        return false;
+    const QString tryExec = entry.infoValue(u"TryExec"_s).toString();
     return tryExec.isEmpty() || !QStandardPaths::findExecutable(tryExec).isEmpty();
 }
 
@@ -80,27 +83,43 @@ std::optional<ports::ItemInfo> ApplicationRegistry::itemInfo(const QString &path
 QString ApplicationRegistry::applicationForIdentifier(const QString &identifier) const
 {
     update();
-    return m_byIdentifier.value(identifier.toLower());
+    const QString key = identifier.toLower();
+    QString path = findIdentifier(key);
+    if (path.isEmpty() && !m_areBundlesRead) {
+        rebuild();
+        path = findIdentifier(key);
+    }
+    return path;
 }
 
 QString ApplicationRegistry::applicationForCreator(quint32 creator) const
 {
     update();
+    const auto isStill = [&](const QString &path) {
+        const std::optional<Bundle> bundle = m_bundles.bundleAt(path);
+        return bundle && bundle->signature() == creator;
+    };
+    if (!m_areBundlesRead && !isStill(m_byCreator.value(creator)))
+        rebuild();
     return m_byCreator.value(creator);
 }
 
 QList<ports::InstalledApplication> ApplicationRegistry::installedApplications() const
 {
     update();
+    if (!m_areBundlesRead)
+        rebuild();
+    QStringList paths = m_nameless;
+    for (const QString &identifier : std::as_const(m_identifiers)) {
+        if (const QString path = findIdentifier(identifier); !path.isEmpty())
+            paths.append(path);
+    }
     QList<ports::InstalledApplication> result;
-    for (const Item &item : std::as_const(m_items)) {
-        const std::optional<Bundle> bundle = m_bundles.bundleAt(item.path);
-        if (!bundle)
+    for (const QString &path : std::as_const(paths)) {
+        const std::optional<Bundle> bundle = m_bundles.bundleAt(path);
+        if (!bundle || (bundle->isDesktopEntry() && !isForMenus(*bundle)))
             continue;
-        if (bundle->isDesktopEntry() &&
-            (bundle->infoValue(u"NoDisplay"_s).toString() == "true"_L1 || !isUsable(*bundle)))
-            continue;
-        result.append({item.path, item.identifier, m_bundles.displayNameAt(item.path)});
+        result.append({path, bundle->identifier(), m_bundles.displayNameAt(path)});
     }
     return result;
 }
@@ -120,11 +139,22 @@ void ApplicationRegistry::update() const
     if (m_isCurrent)
         return;
     m_isCurrent = true;
-    m_items.clear();
-    m_byIdentifier.clear();
+    m_areBundlesRead = false;
+    int listed = 0;
+    for (ApplicationFolder &folder : m_folders)
+        listed += folder.update();
+    if (listed > 0)
+        rebuild();
+}
+
+void ApplicationRegistry::rebuild() const
+{
+    m_areBundlesRead = true;
+    m_identifiers.clear();
+    m_candidates.clear();
+    m_nameless.clear();
     m_byCreator.clear();
-    for (ApplicationFolder &folder : m_folders) {
-        folder.update();
+    for (const ApplicationFolder &folder : std::as_const(m_folders)) {
         for (const QString &path : folder.items())
             addToIndex(path);
     }
@@ -132,29 +162,44 @@ void ApplicationRegistry::update() const
 
 void ApplicationRegistry::addToIndex(const QString &path) const
 {
-    const std::optional<Bundle> bundle = m_bundles.bundleAt(path);
-    if (!bundle) {
-        // A user deletes an application of the system by an entry that says so.
-        const std::optional<DesktopEntry> entry =
-            path.endsWith(".desktop"_L1) ? DesktopEntry::read(path) : std::nullopt;
-        if (entry && entry->isDeleted()) {
-            const QString key = DesktopEntry::identifierForPath(path).toLower();
-            if (!m_byIdentifier.contains(key))
-                m_byIdentifier.insert(key, QString());
-        }
+    QString identifier;
+    if (path.endsWith(".desktop"_L1)) {
+        // Its place says how it is called; there are hundreds, so they are read when asked for.
+        identifier = DesktopEntry::identifierForPath(path);
+    } else {
+        const std::optional<Bundle> bundle = m_bundles.bundleAt(path);
+        if (!bundle)
+            return;
+        identifier = bundle->identifier();
+        const quint32 creator = bundle->signature();
+        if (creator != 0 && creator != unclaimedCreator && !m_byCreator.contains(creator))
+            m_byCreator.insert(creator, path);
+    }
+    if (identifier.isEmpty()) {
+        m_nameless.append(path);
         return;
     }
-    const QString identifier = bundle->identifier();
-    if (!identifier.isEmpty()) {
-        const QString key = identifier.toLower();
-        if (m_byIdentifier.contains(key))
-            return;
-        m_byIdentifier.insert(key, path);
+    const QString key = identifier.toLower();
+    QStringList &candidates = m_candidates[key];
+    if (candidates.isEmpty())
+        m_identifiers.append(key);
+    candidates.append(path);
+}
+
+QString ApplicationRegistry::findIdentifier(const QString &lowerCase) const
+{
+    for (const QString &path : m_candidates.value(lowerCase)) {
+        if (const std::optional<Bundle> bundle = m_bundles.bundleAt(path)) {
+            if (bundle->identifier().toLower() == lowerCase)
+                return path;
+        } else if (path.endsWith(".desktop"_L1)) {
+            // A user deletes an application of the system by an entry that says so.
+            const std::optional<DesktopEntry> entry = DesktopEntry::read(path);
+            if (entry && entry->isDeleted())
+                return {};
+        }
     }
-    m_items.append({path, identifier});
-    const quint32 creator = bundle->signature();
-    if (creator != 0 && creator != unclaimedCreator && !m_byCreator.contains(creator))
-        m_byCreator.insert(creator, path);
+    return {};
 }
 
 } // namespace tarnwell::desktop

@@ -12,8 +12,9 @@ namespace tarnwell::desktop {
 /// The applications of this machine: bundles in the application folders, and desktop entries.
 ///
 /// Nothing is read before the first question. Then an index is kept until refresh(), after which
-/// the next question takes up what changed; of two applications with one identifier the user's own
-/// counts, then the local one.
+/// the next question takes up what changed: folders that changed are listed anew, and the bundles
+/// are looked at one by one only when the index has no answer. Of two applications with one
+/// identifier the user's own counts, then the local one.
 class ApplicationRegistry final : public ports::Applications
 {
 public:
@@ -29,21 +30,19 @@ public:
     int openApplication(const QString &path, const QString &document) override;
 
 private:
-    struct Item
-    {
-        QString path;
-        QString identifier;
-    };
-
     void update() const;
+    void rebuild() const;
     void addToIndex(const QString &path) const;
+    QString findIdentifier(const QString &lowerCase) const;
 
     Places m_places;
     const BundleCache &m_bundles;
     mutable QList<ApplicationFolder> m_folders;
-    mutable bool m_isCurrent = false;
-    mutable QList<Item> m_items;                    ///< each with an identifier of its own, or none
-    mutable QHash<QString, QString> m_byIdentifier; ///< lower case; an empty path for a deleted one
+    mutable bool m_isCurrent = false;      ///< the folders were looked at since the last refresh()
+    mutable bool m_areBundlesRead = false; ///< so was every bundle in them
+    mutable QStringList m_identifiers;     ///< lower case, in the order of the folders
+    mutable QHash<QString, QStringList> m_candidates; ///< paths by such an identifier, best first
+    mutable QStringList m_nameless;                   ///< bundles without an identifier
     mutable QHash<quint32, QString> m_byCreator;
 };
 

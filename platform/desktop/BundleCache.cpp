@@ -29,6 +29,8 @@ std::optional<DescribingFile> describingFile(const QString &path)
 
 BundleCache::Entry *BundleCache::entryAt(const QString &path) const
 {
+    if (path.isEmpty())
+        return nullptr;
     const auto known = m_entries.find(path);
     if (known != m_entries.end()) {
         if (known->wasSettled && FileStamp::of(known->file.path) == known->file.stamp)

@@ -12,6 +12,14 @@ struct Places
     QString home; ///< without a slash at the end
     QString root; ///< likewise; empty for none
 
+    Places(const QString &homeFolder, const QString &rootPrefix)
+        : home(QDir::cleanPath(homeFolder))
+        , root(rootPrefix.isEmpty() ? QString() : QDir::cleanPath(rootPrefix))
+    {
+        if (root == u'/')
+            root.clear();
+    }
+
     static Places ofThisUser() { return {QDir::homePath(), {}}; }
 
     /// Whether these are the places that every other program of this user sees.

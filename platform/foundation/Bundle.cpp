@@ -24,6 +24,13 @@ struct Bundle::Data
     plist::Dictionary info;
     quint32 packageType = 0;
     quint32 signature = 0;
+
+    /// A bundle may do without a folder of resources. That is found out only when one is wanted:
+    /// opening a bundle has to be cheap.
+    QString resources() const
+    {
+        return QFileInfo(resourcesFolder).isDir() ? resourcesFolder : contentsFolder;
+    }
 };
 
 namespace {
@@ -109,7 +116,7 @@ std::optional<Bundle> Bundle::open(const QString &path)
             return std::nullopt;
         data->info = *info;
         data->contentsFolder = form.contents;
-        data->resourcesFolder = QFileInfo(form.resources).isDir() ? form.resources : form.contents;
+        data->resourcesFolder = form.resources;
 
         const std::optional<QByteArray> pkgInfo =
             readBoundedFile(form.contents + "/PkgInfo"_L1, 4096);
@@ -167,10 +174,10 @@ QString Bundle::displayName() const
         return name.isEmpty() ? identifier() : name;
     }
     const QStringList keys{u"CFBundleDisplayName"_s, u"CFBundleName"_s};
+    const QString resources = d->resources();
     for (const QString &language : localizationNames(userLanguages())) {
-        const std::optional<QByteArray> bytes =
-            readBoundedFile(d->resourcesFolder + u'/' + language + ".lproj/InfoPlist.strings"_L1,
-                            maximumStringsSize);
+        const std::optional<QByteArray> bytes = readBoundedFile(
+            resources + u'/' + language + ".lproj/InfoPlist.strings"_L1, maximumStringsSize);
         if (!bytes)
             continue;
         const QHash<QString, QString> strings = readStringsFile(*bytes);
@@ -224,8 +231,9 @@ QString Bundle::resourcePath(const QString &name, const QString &type) const
     for (const QString &language : localizationNames(userLanguages()))
         folders.append(u'/' + language + ".lproj/"_L1);
     folders << u"/"_s << u"/Base.lproj/"_s << u"/en.lproj/"_s << u"/English.lproj/"_s;
+    const QString resources = d->resources();
     for (const QString &folder : std::as_const(folders)) {
-        const QString path = d->resourcesFolder + folder + fileName;
+        const QString path = resources + folder + fileName;
         if (QFileInfo::exists(path)) // a folder will do: packages are resources too
             return path;
     }
@@ -236,7 +244,7 @@ QStringList Bundle::resourcePaths(const QString &type) const
 {
     if (d->entry)
         return {};
-    const QDir folder(d->resourcesFolder);
+    const QDir folder(d->resources());
     QStringList paths;
     const QString ending = u'.' + type;
     for (const QString &name :

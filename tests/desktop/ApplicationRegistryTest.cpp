@@ -128,10 +128,32 @@ TEST_F(Registry, TakesUpChangesAtTheNextRefreshOnly)
     EXPECT_EQ(registry.applicationForIdentifier(u"org.example.pens"_s), added);
     EXPECT_EQ(registry.applicationForIdentifier(u"org.example.ink"_s), QString());
 
-    home.makeApplication(u"/Applications/Office/Pens.app"_s, u"org.example.newpens"_s);
+    home.makeApplication(u"/Applications/Office/Pens.app"_s, u"org.example.newpens"_s, "APPLInkX");
+    TemporaryHome::makeOld(home.path(u"/Applications"_s));
+    TemporaryHome::makeOld(home.path(u"/Applications/Office"_s));
     registry.refresh();
     EXPECT_EQ(registry.applicationForIdentifier(u"org.example.newpens"_s), added);
+    EXPECT_EQ(registry.applicationForCreator(0x496e6b58), added);
     EXPECT_EQ(registry.applicationForIdentifier(u"org.example.pens"_s), QString());
+}
+
+TEST_F(Registry, NoticesABundleThatIsRewrittenInAFolderThatRests)
+{
+    const QString path =
+        home.makeApplication(u"/Applications/Pens.app"_s, u"org.example.pens"_s, "APPLPens");
+    const auto rest = [&] {
+        TemporaryHome::makeOld(path + "/Contents/Info.plist"_L1);
+        TemporaryHome::makeOld(home.path(u"/Applications"_s));
+    };
+    rest();
+    EXPECT_EQ(registry.applicationForIdentifier(u"org.example.pens"_s), path);
+    home.makeApplication(u"/Applications/Pens.app"_s, u"org.example.quills"_s, "APPLQuil");
+    TemporaryHome::makeOld(home.path(u"/Applications"_s));
+    registry.refresh();
+    EXPECT_EQ(registry.applicationForCreator(pens), QString());
+    EXPECT_EQ(registry.applicationForCreator(0x5175696c), path);
+    EXPECT_EQ(registry.applicationForIdentifier(u"org.example.pens"_s), QString());
+    EXPECT_EQ(registry.applicationForIdentifier(u"org.example.quills"_s), path);
 }
 
 TEST_F(Registry, SurvivesLinksInCircles)
@@ -306,6 +328,9 @@ TEST_F(Registry, FoldersFollowTheHomeAndTheRoot)
         {files.resolve(u"~/Library/X.plist"_s), home.home() + "/Library/X.plist"_L1},
         {files.resolve(u"/Library/X"_s), home.root() + "/Library/X"_L1},
         {files.resolve(u"~other/x"_s), u"~other/x"_s},
+        {LocalFileManager({u"/home/a/"_s, u"/"_s}, bundles).resolve(u"/Library"_s), u"/Library"_s},
+        {LocalFileManager({u"/home/a/"_s, u"/r/"_s}, bundles).resolve(u"/x"_s), u"/r/x"_s},
+        {LocalFileManager({u"/home/a/"_s, {}}, bundles).resolve(u"~/x"_s), u"/home/a/x"_s},
         {files.folder(FolderDomain::User, FolderKind::ScreenSavers),
          home.home() + "/Library/Screen Savers"_L1},
         {files.folder(FolderDomain::Local, FolderKind::ApplicationSupport),
