@@ -94,7 +94,9 @@ def main():
                    arguments.shortcut if arguments.action == "set" else "none")
         if not arguments.quiet:
             post_refresh()
-    except (ValueError, OSError, subprocess.CalledProcessError) as error:
+    except subprocess.CalledProcessError:
+        sys.exit("plugin_sim: the refresh could not be posted; is there a session bus?")
+    except (ValueError, OSError) as error:
         sys.exit(f"plugin_sim: {error}")
 
 
