@@ -12,25 +12,24 @@ namespace tarnwell::pane {
 
 namespace {
 
-/// The controller together with the desktop it stands on, so that the two go in the right order.
-class DesktopHolder
+/// Holds the desktop that the controller stands on: as a base it is made before and goes after it.
+struct DesktopHolder
 {
-protected:
-    DesktopHolder(const ui::PaneContext &context, const foundation::Bundle &bundle)
-        : m_desktop(context, bundle)
+    explicit DesktopHolder(const ui::PaneContext &context)
+        : desktop(context)
     {}
 
-    PaneDesktop m_desktop;
+    PaneDesktop desktop;
 };
 
 class LoadedPane : private DesktopHolder, public TarnwellPref
 {
 public:
     LoadedPane(const ui::PaneContext &context, const foundation::Bundle &bundle)
-        : DesktopHolder(context, bundle)
-        , TarnwellPref(m_desktop.ports(), m_desktop.identityCache(), bundle)
+        : DesktopHolder(context)
+        , TarnwellPref(desktop.ports(), desktop.identityCache(), bundle)
     {
-        m_desktop.setMissedNotificationsHandler([this] { refreshWithoutWriting(); });
+        desktop.setMissedNotificationsHandler([this] { refreshWithoutWriting(); });
     }
 };
 

@@ -18,7 +18,7 @@ constexpr qsizetype maximumKeyText = 256;
 
 // A layout has a few dozen tables of 128 keys. Damaged data can claim millions of them, which
 // share their bytes; the search then ends here.
-constexpr quint32 maximumOutputs = 1 << 22;
+constexpr quint32 maximumOutputs = 1 << 18;
 
 } // namespace
 

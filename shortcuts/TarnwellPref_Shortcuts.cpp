@@ -35,6 +35,7 @@ namespace tarnwell::pane {
 namespace {
 
 constexpr QSize popupIconSize(16, 16);
+constexpr int shortcutColumnSpacing = 8;
 
 } // namespace
 
@@ -162,7 +163,19 @@ void TarnwellPref::setUpShortcutTable()
     m_scTranslator = std::make_unique<shortcuts::LayoutKeyCommandTranslator>(
         m_desktop.keyboardLayouts, localized("None"));
     static_assert(shortcuts::ShortcutTableModel::StyledStringRole == ui::styledTextRole);
-    table->setItemDelegate(new ui::StyledTextDelegate(table));
+    auto *delegate = new ui::StyledTextDelegate(table);
+    delegate->setColumnSpacing(shortcutColumnSpacing);
+    table->setItemDelegate(delegate);
+    ui::setRowHeightFor(smallFontFor(u"\u21E7\u2303\u2325\u2318Ag"_s, true, false), table);
+
+    // The item takes what room there is; the other columns show their longest usual texts.
+    QHeaderView *header = table->horizontalHeader();
+    header->setDefaultAlignment(Qt::AlignLeading | Qt::AlignVCenter);
+    header->setStretchLastSection(false);
+    header->setSectionResizeMode(0, QHeaderView::Stretch);
+    for (int column = 1; column < m_scModel->columnCount(); ++column)
+        table->setColumnWidth(column, std::max(header->sectionSizeHint(column),
+                                               table->fontMetrics().averageCharWidth() * 18));
     connect(table->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             [this] { tableViewSelectionDidChange(scTable()); });
 }

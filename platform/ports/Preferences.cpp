@@ -44,9 +44,11 @@ qint64 Preferences::appIntegerValue(const QString &key, const QString &domain, b
     if (value.isNumber())
         return value.toInteger();
     if (value.isString()) {
-        bool wholly = false;
-        const qint64 number = value.toString().toLongLong(&wholly, 10);
-        if (wholly)
+        const QString text = value.toString();
+        bool isNumber = false;
+        const qint64 number = text.toLongLong(&isNumber, 10);
+        // The conversion would let spaces around the digits pass.
+        if (isNumber && !text.front().isSpace() && !text.back().isSpace())
             return number;
     }
     report(valid, false);

@@ -58,7 +58,7 @@ void StyledTextDelegate::paint(QPainter *painter, const QStyleOptionViewItem &op
     QStyleOptionViewItem item = option;
     initStyleOption(&item, index);
     QStyle *style = styleFor(item.widget);
-    const int margin = textMargin(item.widget);
+    const int margin = textMargin(item.widget) + m_columnSpacing / 2;
     const QRect textRect = style->subElementRect(QStyle::SE_ItemViewItemText, &item, item.widget)
                                .adjusted(margin, 0, -margin, 0);
     item.text.clear();
@@ -82,7 +82,7 @@ QSize StyledTextDelegate::sizeHint(const QStyleOptionViewItem &option,
                            ->sizeFromContents(QStyle::CT_ItemViewItem, &item, QSize(), item.widget);
     const QSize text =
         StyledTextLayout(styled.value<StyledString>(), styleOf(item)).size().toSize() +
-        QSize(2 * textMargin(item.widget) + 1, 2 * verticalMargin(item.widget));
+        QSize(2 * textMargin(item.widget) + m_columnSpacing + 1, 2 * verticalMargin(item.widget));
     return {rest.width() + text.width(), std::max(rest.height(), text.height())};
 }
 

@@ -15,9 +15,15 @@ class StyledTextDelegate final : public QStyledItemDelegate
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
 
+    /// Leaves this much free between the contents of two columns, in device-independent pixels.
+    void setColumnSpacing(int spacing) { m_columnSpacing = spacing; }
+
     void paint(QPainter *painter, const QStyleOptionViewItem &option,
                const QModelIndex &index) const override;
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+
+private:
+    int m_columnSpacing = 0;
 };
 
 /// Makes every row of a table as high as this text and the table's icons need. Cheaper than asking

@@ -31,9 +31,9 @@ protected:
                             editorCreator);
     }
 
-    void storeShortcuts(const plist::Dictionary &applications)
+    void storeShortcuts(const plist::Dictionary &records)
     {
-        store(u"MenuShortcuts"_s, plist::Value(applications));
+        store(u"MenuShortcuts"_s, plist::Value(records));
     }
 
     static plist::Value application(const QStringList &titles)

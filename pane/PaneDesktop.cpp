@@ -1,0 +1,40 @@
+#include "pane/PaneDesktop.h"
+
+namespace tarnwell::pane {
+
+PaneDesktop::PaneDesktop(const ui::PaneContext &context)
+    : m_places{context.home, context.root}
+    , m_preferences(context.home, m_clock)
+    , m_applications(m_places, m_bundles)
+    , m_fileManager(m_places, m_bundles)
+    , m_bookmarks(m_places, m_bundles)
+    , m_workspace(m_places)
+    , m_keyboardLayouts(context.root)
+    , m_distributedNotifications(m_timers)
+    , m_systemFacts(context.root, desktop::LinuxSystemFacts::ownExecutablePath())
+    , m_hostApplication(context.hostApplication)
+{}
+
+ports::Desktop PaneDesktop::ports()
+{
+    return {m_preferences,
+            m_applications,
+            m_fileManager,
+            m_bookmarks,
+            m_keyboardLayouts,
+            m_localNotifications,
+            m_distributedNotifications,
+            m_workspace,
+            m_clock,
+            m_timers,
+            m_systemFacts,
+            m_hostApplication,
+            m_sheets};
+}
+
+void PaneDesktop::setMissedNotificationsHandler(std::function<void()> handler)
+{
+    m_distributedNotifications.setMissedNotificationsHandler(std::move(handler));
+}
+
+} // namespace tarnwell::pane

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "desktop/ApplicationRegistry.h"
+#include "desktop/BundleCache.h"
+#include "desktop/DesktopWorkspace.h"
+#include "desktop/DistributedNotifications.h"
+#include "desktop/FileBookmarks.h"
+#include "desktop/FilePreferences.h"
+#include "desktop/LinuxSystemFacts.h"
+#include "desktop/LocalFileManager.h"
+#include "desktop/LocalNotifications.h"
+#include "desktop/QtTimers.h"
+#include "desktop/SystemClock.h"
+#include "desktop/XkbKeyboardLayouts.h"
+#include "foundation/Bundle.h"
+#include "ports/Desktop.h"
+#include "prefs/ApplicationIdentity.h"
+#include "ui/PreferencePane.h"
+#include "ui/WidgetSheets.h"
+
+#include <functional>
+
+namespace tarnwell::pane {
+
+/// The real desktop of one pane, and the caches that live as long as it. None of the services does
+/// work before it is first asked, so making them costs the window nothing.
+class PaneDesktop
+{
+public:
+    explicit PaneDesktop(const ui::PaneContext &context);
+
+    ports::Desktop ports();
+    prefs::ApplicationIdentityCache &identityCache() { return m_identityCache; }
+
+    /// Called when notifications may have been missed, because the bus was joined late or again.
+    void setMissedNotificationsHandler(std::function<void()> handler);
+
+private:
+    desktop::Places m_places;
+    desktop::SystemClock m_clock;
+    desktop::QtTimers m_timers;
+    desktop::FilePreferences m_preferences;
+    desktop::BundleCache m_bundles;
+    desktop::ApplicationRegistry m_applications;
+    desktop::LocalFileManager m_fileManager;
+    desktop::FileBookmarks m_bookmarks;
+    desktop::DesktopWorkspace m_workspace;
+    desktop::XkbKeyboardLayouts m_keyboardLayouts;
+    desktop::LocalNotifications m_localNotifications;
+    desktop::DistributedNotifications m_distributedNotifications;
+    desktop::LinuxSystemFacts m_systemFacts;
+    ui::WidgetSheets m_sheets;
+    ports::HostApplication &m_hostApplication;
+    prefs::ApplicationIdentityCache m_identityCache;
+};
+
+} // namespace tarnwell::pane

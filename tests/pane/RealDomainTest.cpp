@@ -1,0 +1,201 @@
+// The pane on real files and a real bus: the plug-in's part is played by other processes.
+
+#include "desktop/TestBus.h"
+#include "foundation/plist/PropertyList.h"
+#include "pane/PaneDesktop.h"
+#include "pane/TarnwellPref.h"
+#include "ports/HostApplication.h"
+#include "support/TemporaryHome.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QFile>
+#include <QProcess>
+#include <QSignalSpy>
+#include <QTableView>
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace tarnwell::tests {
+
+namespace {
+
+class NoIcon final : public ports::HostApplication
+{
+public:
+    QIcon applicationIcon() const override { return {}; }
+    void setApplicationIcon(const QIcon &) override {}
+};
+
+/// Writes the domain as the plug-in would, by another implementation of the format.
+const char *const plistlibWriter = R"(
+import plistlib, sys
+path, form, *titles = sys.argv[1:]
+def command(code):
+    return {"kc": code, "cK": 65, "mod": 256, "t": ""}
+def item(title):
+    return {"MenuItemTitle": title, "OriginalKeyCommands": {**command(0), "t": title},
+            "NewKeyCommands": {**command(11), "t": title}, "Private": b"\x00\xff"}
+domain = {"MenuShortcuts": {"com.example.scribe":
+              [{"ParentTitle": "File", "Keys": [item(t) for t in titles]}]},
+          "Unknown": {"when": 2**40, "ratio": 0.25, "raw": b"\x01", "on": True, "texts": ["ä", ""]}}
+with open(path, "wb") as file:
+    plistlib.dump(domain, file, fmt=plistlib.FMT_XML if form == "xml" else plistlib.FMT_BINARY)
+)";
+
+} // namespace
+
+class RealDomain : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        qputenv("DBUS_SESSION_BUS_ADDRESS", bus.address().toUtf8());
+        home.makeApplication(u"/Applications/Scribe.app"_s, u"com.example.scribe"_s);
+        home.makeFolder(u"~/Library/Preferences"_s);
+    }
+    void TearDown() override { qunsetenv("DBUS_SESSION_BUS_ADDRESS"); }
+
+    QString domainFile() const
+    {
+        return home.path(u"~/Library/Preferences/com.varnit.tarnwell.plist"_s);
+    }
+
+    void writeByOtherProcess(const QString &form, const QStringList &titles) const
+    {
+        const QStringList arguments =
+            QStringList{u"-c"_s, QString::fromUtf8(plistlibWriter), domainFile(), form} + titles;
+        ASSERT_EQ(QProcess::execute(u"python3"_s, arguments), 0);
+    }
+
+    /// Posts the plug-in's refresh as a client of the bus that the pane knows nothing of.
+    void postRefreshes(int count) const
+    {
+        auto client = QDBusConnection::connectToBus(bus.address(), u"plug-in"_s);
+        auto signal =
+            QDBusMessage::createSignal(u"/com/varnit/DistributedNotifications"_s,
+                                       u"com.varnit.DistributedNotifications"_s, u"Posted"_s);
+        signal << u"com.varnit.tarnwell.refresh"_s << u""_s << u""_s;
+        for (int i = 0; i < count; ++i)
+            ASSERT_TRUE(client.send(signal));
+        // An answer from the bus means that it has passed on everything before.
+        client.interface()->isServiceRegistered(u"org.freedesktop.DBus"_s);
+        QDBusConnection::disconnectFromBus(u"plug-in"_s);
+    }
+
+    QByteArray fileBytes() const
+    {
+        QFile file(domainFile());
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    TestBus bus;
+    TemporaryHome home;
+    NoIcon icon;
+};
+
+/// A pane as its bundle makes it, up to the first showing.
+class OpenPane
+{
+public:
+    OpenPane(const TemporaryHome &home, NoIcon &icon)
+        : m_bundle(*foundation::Bundle::open(QStringLiteral(TARNWELL_PANE_BUNDLE)))
+        , m_desktop({m_bundle.path(), home.home(), home.root(), icon})
+        , pane(m_desktop.ports(), m_desktop.identityCache(), m_bundle)
+    {
+        m_desktop.setMissedNotificationsHandler([this] { m_joined = true; });
+        QString error;
+        m_view.reset(pane.loadMainView(&error));
+        if (!m_view)
+            qFatal("%s", qPrintable(error));
+        pane.mainViewDidLoad();
+        pane.willSelect();
+    }
+    bool hasJoinedTheBus() const { return m_joined; }
+
+    QStringList shownItems() const
+    {
+        QStringList titles;
+        const QAbstractItemModel *model = pane.scTable()->model();
+        for (int row = 0; row < model->rowCount(); ++row)
+            titles.append(model->index(row, 0).data().toString());
+        return titles;
+    }
+
+private:
+    foundation::Bundle m_bundle;
+    pane::PaneDesktop m_desktop;
+    std::unique_ptr<QWidget> m_view; // outlives the pane
+    bool m_joined = false;
+
+public:
+    pane::TarnwellPref pane;
+};
+
+TEST_F(RealDomain, FollowsWhatAnotherProcessStoresAndPosts)
+{
+    for (const QString &form : {u"binary"_s, u"xml"_s}) {
+        SCOPED_TRACE(form.toStdString());
+        writeByOtherProcess(form, {u"Open"_s, u"Save"_s, u"Close"_s});
+        OpenPane open(home, icon);
+        EXPECT_EQ(open.shownItems(), (QStringList{u"Close"_s, u"Open"_s, u"Save"_s}));
+        open.pane.scTable()->selectRow(2);
+        ASSERT_TRUE(waitUntil([&] { return open.hasJoinedTheBus(); }));
+
+        const QStringList titles{u"Import"_s, u"Save"_s};
+        writeByOtherProcess(form, titles);
+        const QByteArray written = fileBytes();
+        postRefreshes(1);
+        ASSERT_TRUE(waitUntil([&] { return open.shownItems() == titles; }));
+        EXPECT_EQ(open.pane.scTable()->selectionModel()->currentIndex().data().toString(),
+                  u"Save"_s);
+        EXPECT_EQ(fileBytes(), written) << "a refresh writes nothing back";
+    }
+}
+
+TEST_F(RealDomain, KeepsWhatItDoesNotKnow)
+{
+    writeByOtherProcess(u"binary"_s, {u"Open"_s});
+    plist::Dictionary expected = plist::read(fileBytes()).toDictionary();
+    expected.insert(u"MenuAcceleratorEnabled"_s, false);
+    {
+        OpenPane open(home, icon);
+        open.pane.menuAccEnabled()->click();
+    }
+    EXPECT_EQ(plist::read(fileBytes()), plist::Value(expected));
+}
+
+TEST_F(RealDomain, RebuildsAFewTimesForABurstOfRefreshes)
+{
+    writeByOtherProcess(u"binary"_s, {u"Open"_s});
+    OpenPane open(home, icon);
+    ASSERT_TRUE(waitUntil([&] { return open.hasJoinedTheBus(); }));
+    QSignalSpy rebuilds(open.pane.scPopup()->model(), &QAbstractItemModel::modelReset);
+    writeByOtherProcess(u"binary"_s, {u"Save"_s});
+    postRefreshes(100);
+    ASSERT_TRUE(waitUntil([&] { return open.shownItems() == QStringList{u"Save"_s}; }));
+    // Whatever of the burst is still on its way comes before a last one with news of its own.
+    writeByOtherProcess(u"binary"_s, {u"Close"_s});
+    postRefreshes(1);
+    ASSERT_TRUE(waitUntil([&] { return open.shownItems() == QStringList{u"Close"_s}; }));
+    EXPECT_LE(rebuilds.count(), 15);
+}
+
+TEST_F(RealDomain, WorksWithoutABusAndWithoutAPlaceToWrite)
+{
+    bus.die();
+    // No user, root included, can make a folder below a file.
+    home.remove(u"~/Library"_s);
+    home.write(u"~/Library"_s, "in the way");
+    OpenPane open(home, icon);
+    open.pane.menuAccEnabled()->click();
+    EXPECT_FALSE(open.pane.menuAccEnabled()->isChecked());
+    EXPECT_EQ(open.pane.scPopup()->currentText(), u"No Applications Configured"_s);
+}
+
+} // namespace tarnwell::tests
