@@ -3,6 +3,7 @@
 
 #include "foundation/plist/PropertyList.h"
 
+#include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
 
@@ -12,8 +13,8 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <ctime>
 #include <limits>
-#include <optional>
 
 namespace {
 
@@ -69,26 +70,46 @@ qint64 countNodes(const plist::Value &value)
     return count;
 }
 
+/// The shortest that something took, in seconds. On a busy machine the time of the processor tells
+/// more than that of the clock.
+struct Shortest
+{
+    double wall = std::numeric_limits<double>::infinity();
+    double processor = std::numeric_limits<double>::infinity();
+
+    void note(double newWall, double newProcessor)
+    {
+        wall = std::min(wall, newWall);
+        processor = std::min(processor, newProcessor);
+    }
+};
+
 /// The document, and the shortest time of each way to handle it.
 struct Run
 {
     QByteArray bytes;
     plist::Value value;
-    double read = std::numeric_limits<double>::infinity();
-    double write = std::numeric_limits<double>::infinity();
-    double libplistRead = std::numeric_limits<double>::infinity();
-    double plistlibRead = std::numeric_limits<double>::infinity();
-    double plistlibWrite = std::numeric_limits<double>::infinity();
+    Shortest read;
+    Shortest write;
+    Shortest libplistRead;
+    Shortest plistlibRead;
+    Shortest plistlibWrite;
 };
 
-template <typename Work>
-void timeOnce(benchmark::State &state, double &shortest, Work work)
+double processorTime()
 {
+    return double(std::clock()) / CLOCKS_PER_SEC;
+}
+
+template <typename Work>
+void timeOnce(benchmark::State &state, Shortest &shortest, Work work)
+{
+    const double processorStart = processorTime();
     const auto start = std::chrono::steady_clock::now();
     work();
     const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
+    shortest.note(taken.count(), processorTime() - processorStart);
     state.SetIterationTime(taken.count());
-    shortest = std::min(shortest, taken.count());
 }
 
 void readOwn(benchmark::State &state, Run &run)
@@ -127,44 +148,56 @@ void readLibplist(benchmark::State &state, Run &run)
 constexpr auto plistlibScript = R"(
 import plistlib, sys, time
 document = open(sys.argv[1], 'rb').read()
-start = time.perf_counter()
+wall, processor = [time.perf_counter()], [time.process_time()]
+def lap():
+    wall.append(time.perf_counter())
+    processor.append(time.process_time())
 value = plistlib.loads(document)
-middle = time.perf_counter()
+lap()
 plistlib.dumps(value, fmt=plistlib.FMT_BINARY)
-end = time.perf_counter()
-print(middle - start, end - middle)
+lap()
+for clock in wall, processor:
+    print(clock[1] - clock[0], clock[2] - clock[1])
 )"_L1;
 
-/// The seconds that plistlib itself takes to read and to write: without the start of Python.
-std::optional<std::pair<double, double>> runPlistlib(const QByteArray &bytes)
+/// What plistlib itself takes to read and to write, without the start of Python.
+bool runPlistlib(Run &run)
 {
     QTemporaryDir folder;
     QFile file(folder.filePath(u"domain.plist"_s));
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
-        return std::nullopt;
+    if (!file.open(QIODevice::WriteOnly) || file.write(run.bytes) != run.bytes.size())
+        return false;
     file.close();
     QProcess python;
     python.start(u"python3"_s, {u"-c"_s, QString(plistlibScript), file.fileName()});
     if (!python.waitForFinished(-1) || python.exitCode() != 0)
-        return std::nullopt;
-    const QList<QByteArray> seconds = python.readAllStandardOutput().trimmed().split(' ');
-    if (seconds.size() != 2)
-        return std::nullopt;
-    return std::pair(seconds[0].toDouble(), seconds[1].toDouble());
+        return false;
+    const QList<QByteArray> seconds = python.readAllStandardOutput().simplified().split(' ');
+    if (seconds.size() != 4)
+        return false;
+    run.plistlibRead.note(seconds[0].toDouble(), seconds[2].toDouble());
+    run.plistlibWrite.note(seconds[1].toDouble(), seconds[3].toDouble());
+    return true;
 }
 
 void readAndWritePlistlib(benchmark::State &state, Run &run)
 {
     for (auto _ : state) {
-        const auto seconds = runPlistlib(run.bytes);
-        if (!seconds) {
+        if (!runPlistlib(run)) {
             state.SkipWithError("plistlib failed");
             return;
         }
-        state.SetIterationTime(seconds->first + seconds->second);
-        run.plistlibRead = std::min(run.plistlibRead, seconds->first);
-        run.plistlibWrite = std::min(run.plistlibWrite, seconds->second);
+        state.SetIterationTime(run.plistlibRead.wall + run.plistlibWrite.wall);
     }
+}
+
+void printComparison(const char *what, const Shortest &own, const char *other,
+                     const Shortest &others)
+{
+    std::printf("property list %s: %.3f s, %s %.3f s, ratio %.1f; processor %.3f s, %s %.3f s, "
+                "ratio %.1f\n",
+                what, own.wall, other, others.wall, others.wall / own.wall, own.processor, other,
+                others.processor, others.processor / own.processor);
 }
 
 } // namespace
@@ -191,11 +224,8 @@ int main(int argc, char **argv)
 
     std::printf("property list: %.1f MB, %lld nodes with keys\n", double(run.bytes.size()) / 1e6,
                 static_cast<long long>(countNodes(run.value)));
-    std::printf("property list read: %.3f s, libplist %.3f s, ratio %.1f; plistlib %.3f s, "
-                "ratio %.1f\n",
-                run.read, run.libplistRead, run.libplistRead / run.read, run.plistlibRead,
-                run.plistlibRead / run.read);
-    std::printf("property list write: %.3f s, plistlib %.3f s, ratio %.1f\n", run.write,
-                run.plistlibWrite, run.plistlibWrite / run.write);
+    printComparison("read", run.read, "libplist", run.libplistRead);
+    printComparison("read", run.read, "plistlib", run.plistlibRead);
+    printComparison("write", run.write, "plistlib", run.plistlibWrite);
     return 0;
 }

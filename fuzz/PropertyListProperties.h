@@ -30,7 +30,7 @@ inline void checkProperties(const plist::Value &value)
 
     // The text of what shares much takes long to write, and shows nothing more.
     const auto extent = detail::extentOf(value);
-    if (!extent || extent->expanded > 5'000)
+    if (!extent || extent->expanded > 1'000)
         return;
     const QByteArray xml = write(value, Format::Xml);
     const Value plain = read(xml);

@@ -406,15 +406,10 @@ bool BinaryReader::readCount(uchar marker, Span &rest, quint64 &count)
     return true;
 }
 
-bool BinaryReader::take(Span &rest, quint64 count, quint64 width)
+bool BinaryReader::failTaking(Span rest, quint64 count, quint64 width)
 {
-    if (count > rest.size() / width)
-        return fail(u"is longer than the file"_s);
-    if (count * width > m_untaken)
-        return fail(u"overlaps other objects"_s);
-    m_untaken -= count * width;
-    rest.begin += count * width;
-    return true;
+    return fail(count > rest.size() / width ? u"is longer than the file"_s
+                                            : u"overlaps other objects"_s);
 }
 
 bool BinaryReader::fail(const QString &problem)

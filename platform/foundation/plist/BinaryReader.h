@@ -67,7 +67,15 @@ private:
     bool readCount(uchar marker, Span &rest, quint64 &count);
     /// Takes so many units of so many bytes off the input: false if it has not that many, or if
     /// they were taken before.
-    bool take(Span &rest, quint64 count, quint64 width);
+    bool take(Span &rest, quint64 count, quint64 width)
+    {
+        if (count > rest.size() / width || count * width > m_untaken)
+            return failTaking(rest, count, width);
+        m_untaken -= count * width;
+        rest.begin += count * width;
+        return true;
+    }
+    bool failTaking(Span rest, quint64 count, quint64 width);
     /// Reports what is wrong with the object at hand.
     bool fail(const QString &problem);
     bool failAt(quint64 index, const QString &problem);
