@@ -89,6 +89,7 @@ int main(int argc, char **argv)
     host::Application application(argc, argv);
     QCoreApplication::setApplicationName(u"tarnwell-settings"_s);
     QCoreApplication::setApplicationVersion(QLatin1StringView(TARNWELL_VERSION));
+    QGuiApplication::setDesktopFileName(u"tarnwell-settings"_s);
     const auto options = host::parseOptions(QCoreApplication::arguments().mid(1));
     if (options.help) {
         print(stdout, host::helpText());

@@ -1,6 +1,7 @@
 #include "ui/InterfaceFile.h"
 
 #include <QAbstractButton>
+#include <QBuffer>
 #include <QComboBox>
 #include <QCoreApplication>
 #include <QDir>
@@ -11,6 +12,7 @@
 #include <QUiLoader>
 #include <QVariant>
 #include <QWidget>
+#include <QXmlStreamReader>
 
 #include <set>
 
@@ -54,6 +56,38 @@ std::unique_ptr<FileReader> makeReader(const QHash<QString, WidgetMaker> &classe
     QCoreApplication::setLibraryPaths({});
     const auto restore = qScopeGuard([&paths] { QCoreApplication::setLibraryPaths(paths); });
     return std::make_unique<FileReader>(classes);
+}
+
+/// The context that the texts of a file are translated in: the class that the file names.
+QString translationContext(const QByteArray &bytes)
+{
+    QXmlStreamReader xml(bytes);
+    while (xml.readNextStartElement()) {
+        if (xml.name() == "class"_L1)
+            return xml.readElementText();
+        if (xml.name() != "ui"_L1)
+            xml.skipCurrentElement();
+    }
+    return {};
+}
+
+/// The toolkit's reader translates single texts but no lists of them.
+void translateHeadings(QWidget &root, const QString &context)
+{
+    const QByteArray contextName = context.toUtf8();
+    QList<QWidget *> widgets = root.findChildren<QWidget *>();
+    widgets.append(&root);
+    for (QWidget *widget : std::as_const(widgets)) {
+        QStringList headings = widget->property("headings").toStringList();
+        if (headings.isEmpty())
+            continue;
+        for (QString &heading : headings) {
+            if (!heading.isEmpty())
+                heading = QCoreApplication::translate(contextName.constData(),
+                                                      heading.toUtf8().constData());
+        }
+        widget->setProperty("headings", headings);
+    }
 }
 
 QString cannotRead(const QString &path, const QString &reason)
@@ -119,8 +153,12 @@ std::vector<std::unique_ptr<QWidget>> InterfaceFileLoader::load(const QStringLis
         std::unique_ptr<QWidget> root;
         if (file.open(QIODevice::ReadOnly)) {
             reader->setWorkingDirectory(QFileInfo(path).absoluteDir());
-            root.reset(reader->load(&file));
+            QByteArray bytes = file.readAll();
+            QBuffer buffer(&bytes);
+            root.reset(reader->load(&buffer));
             reason = reader->errorString();
+            if (root)
+                translateHeadings(*root, translationContext(bytes));
         } else {
             reason = file.errorString();
         }

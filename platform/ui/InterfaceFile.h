@@ -63,7 +63,8 @@ struct InterfaceMismatch
 /// A control's dynamic property "action" names the selector it sends when the user acts on it
 /// (clicked of a button, activated of a combo box, returnPressed of a line edit). The dynamic
 /// properties "tag" (an integer) and, of a table or outline, "identifiers" and "headings" (string
-/// lists, one element a column) are left on the widget for the controller.
+/// lists, one element a column) are left on the widget for the controller, the headings in the
+/// user's language. Texts are translated in the context of the class that the file names.
 class InterfaceFileLoader
 {
 public:

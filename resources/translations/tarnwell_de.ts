@@ -1,0 +1,622 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de" sourcelanguage="en">
+<context>
+    <name>AboutSheet</name>
+    <message>
+        <source>About Tarnwell</source>
+        <translation>Über Tarnwell</translation>
+    </message>
+    <message>
+        <source>Who made Tarnwell; scrolls by itself, backwards while Alt is held</source>
+        <translation>Wer Tarnwell gemacht hat; läuft von selbst, mit gedrückter Alt-Taste rückwärts</translation>
+    </message>
+    <message>
+        <source>Done</source>
+        <translation>Fertig</translation>
+    </message>
+    <message>
+        <source>Closes this sheet</source>
+        <translation>Schließt dieses Fenster</translation>
+    </message>
+</context>
+<context>
+    <name>HotKeySheet</name>
+    <message>
+        <source>Set Hot Key</source>
+        <translation>Kürzel festlegen</translation>
+    </message>
+    <message>
+        <source>Press the key combination that shall open the menus. It must hold Super, Control or Alt.</source>
+        <translation>Drücken Sie die Tastenkombination, die die Menüs öffnen soll. Sie muss Super, Strg oder Alt enthalten.</translation>
+    </message>
+    <message>
+        <source>&amp;Hot key:</source>
+        <translation>&amp;Tastenkürzel:</translation>
+    </message>
+    <message>
+        <source>Hot key</source>
+        <translation>Tastenkürzel</translation>
+    </message>
+    <message>
+        <source>Shows the key combination that was pressed last</source>
+        <translation>Zeigt die zuletzt gedrückte Tastenkombination</translation>
+    </message>
+    <message>
+        <source>&amp;OK</source>
+        <translation>&amp;OK</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Keeps the key combination</source>
+        <translation>Übernimmt die Tastenkombination</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Keeps the old key combination</source>
+        <translation>Behält die alte Tastenkombination</translation>
+    </message>
+</context>
+<context>
+    <name>Main</name>
+    <message>
+        <source>Tarnwell</source>
+        <translation>Tarnwell</translation>
+    </message>
+    <message>
+        <source>&lt;span style=&quot;font-size:x-large; font-weight:600;&quot;&gt;Tarnwell&lt;/span&gt;</source>
+        <translation>&lt;span style=&quot;font-size:x-large; font-weight:600;&quot;&gt;Tarnwell&lt;/span&gt;</translation>
+    </message>
+    <message>
+        <source>Version of Tarnwell</source>
+        <translation>Version von Tarnwell</translation>
+    </message>
+    <message>
+        <source>E&amp;nable Tarnwell</source>
+        <translation>Tarnwell ei&amp;nschalten</translation>
+    </message>
+    <message>
+        <source>Enable Tarnwell</source>
+        <translation>Tarnwell einschalten</translation>
+    </message>
+    <message>
+        <source>Turns Tarnwell on or off in all applications</source>
+        <translation>Schaltet Tarnwell in allen Programmen ein oder aus</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation>Einstellungen</translation>
+    </message>
+    <message>
+        <source>The pages of the Tarnwell settings</source>
+        <translation>Die Seiten der Tarnwell-Einstellungen</translation>
+    </message>
+    <message>
+        <source>&amp;Shortcuts</source>
+        <translation>&amp;Tastenkürzel</translation>
+    </message>
+    <message>
+        <source>&amp;Application:</source>
+        <translation>&amp;Programm:</translation>
+    </message>
+    <message>
+        <source>Application</source>
+        <translation>Programm</translation>
+    </message>
+    <message>
+        <source>The application whose changed shortcuts are shown</source>
+        <translation>Das Programm, dessen geänderte Tastenkürzel gezeigt werden</translation>
+    </message>
+    <message>
+        <source>Changed shortcuts of %@:</source>
+        <translation>Geänderte Tastenkürzel von %@:</translation>
+    </message>
+    <message>
+        <source>Says whose shortcuts the table shows</source>
+        <translation>Sagt, wessen Tastenkürzel die Tabelle zeigt</translation>
+    </message>
+    <message>
+        <source>Changed shortcuts</source>
+        <translation>Geänderte Tastenkürzel</translation>
+    </message>
+    <message>
+        <source>One row for each menu item whose shortcut was changed</source>
+        <translation>Eine Zeile für jeden Menüpunkt mit geändertem Tastenkürzel</translation>
+    </message>
+    <message>
+        <source>Menu Item</source>
+        <translation>Menüpunkt</translation>
+    </message>
+    <message>
+        <source>New Shortcut</source>
+        <translation>Neues Kürzel</translation>
+    </message>
+    <message>
+        <source>Original Shortcut</source>
+        <translation>Ursprüngliches Kürzel</translation>
+    </message>
+    <message>
+        <source>Menu</source>
+        <translation>Menü</translation>
+    </message>
+    <message>
+        <source>&amp;Restore Original…</source>
+        <translation>&amp;Original wiederherstellen …</translation>
+    </message>
+    <message>
+        <source>Restore Original</source>
+        <translation>Original wiederherstellen</translation>
+    </message>
+    <message>
+        <source>Gives the selected menu item its original shortcut back</source>
+        <translation>Gibt dem ausgewählten Menüpunkt sein ursprüngliches Tastenkürzel zurück</translation>
+    </message>
+    <message>
+        <source>Remove A&amp;ll…</source>
+        <translation>&amp;Alle entfernen …</translation>
+    </message>
+    <message>
+        <source>Remove All</source>
+        <translation>Alle entfernen</translation>
+    </message>
+    <message>
+        <source>Removes every changed shortcut of the chosen application</source>
+        <translation>Entfernt alle geänderten Tastenkürzel des gewählten Programms</translation>
+    </message>
+    <message>
+        <source>E&amp;xclude List</source>
+        <translation>Ausnahme&amp;liste</translation>
+    </message>
+    <message>
+        <source>Applications that Tarnwell l&amp;eaves alone:</source>
+        <translation>P&amp;rogramme, die Tarnwell in Ruhe lässt:</translation>
+    </message>
+    <message>
+        <source>Excluded applications</source>
+        <translation>Ausgenommene Programme</translation>
+    </message>
+    <message>
+        <source>Applications that Tarnwell leaves alone</source>
+        <translation>Programme, die Tarnwell in Ruhe lässt</translation>
+    </message>
+    <message>
+        <source>A&amp;dd…</source>
+        <translation>&amp;Hinzufügen …</translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation>Hinzufügen</translation>
+    </message>
+    <message>
+        <source>Chooses applications to leave alone</source>
+        <translation>Wählt Programme aus, die in Ruhe gelassen werden sollen</translation>
+    </message>
+    <message>
+        <source>&amp;Remove</source>
+        <translation>&amp;Entfernen</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Entfernen</translation>
+    </message>
+    <message>
+        <source>Takes the selected application off the list</source>
+        <translation>Nimmt das ausgewählte Programm aus der Liste</translation>
+    </message>
+    <message>
+        <source>&amp;Hide predefined applications</source>
+        <translation>&amp;Vordefinierte Programme ausblenden</translation>
+    </message>
+    <message>
+        <source>Hide predefined applications</source>
+        <translation>Vordefinierte Programme ausblenden</translation>
+    </message>
+    <message>
+        <source>Leaves the predefined applications out of the list</source>
+        <translation>Lässt die vordefinierten Programme in der Liste weg</translation>
+    </message>
+    <message>
+        <source>&amp;Keep the predefined list up to date over the internet</source>
+        <translation>Vor&amp;definierte Liste über das Internet aktuell halten</translation>
+    </message>
+    <message>
+        <source>Keep the predefined list up to date over the internet</source>
+        <translation>Vordefinierte Liste über das Internet aktuell halten</translation>
+    </message>
+    <message>
+        <source>Looks for a newer list once a year</source>
+        <translation>Sucht einmal im Jahr nach einer neueren Liste</translation>
+    </message>
+    <message>
+        <source>E&amp;ffects</source>
+        <translation>E&amp;ffekte</translation>
+    </message>
+    <message>
+        <source>&amp;Play an effect when a menu item is used through its shortcut</source>
+        <translation>Effekt &amp;abspielen, wenn ein Menüpunkt über sein Kürzel benutzt wird</translation>
+    </message>
+    <message>
+        <source>Play an effect when a menu item is used through its shortcut</source>
+        <translation>Effekt abspielen, wenn ein Menüpunkt über sein Kürzel benutzt wird</translation>
+    </message>
+    <message>
+        <source>Turns all effects on or off</source>
+        <translation>Schaltet alle Effekte ein oder aus</translation>
+    </message>
+    <message>
+        <source>Include the &amp;bundled effects</source>
+        <translation>Mit&amp;gelieferte Effekte einbeziehen</translation>
+    </message>
+    <message>
+        <source>Include the bundled effects</source>
+        <translation>Mitgelieferte Effekte einbeziehen</translation>
+    </message>
+    <message>
+        <source>Plays the effects that come with Tarnwell too</source>
+        <translation>Spielt auch die Effekte, die mit Tarnwell kommen</translation>
+    </message>
+    <message>
+        <source>Effec&amp;ts to choose from:</source>
+        <translation>&amp;Wählbare Effekte:</translation>
+    </message>
+    <message>
+        <source>Effects</source>
+        <translation>Effekte</translation>
+    </message>
+    <message>
+        <source>Groups of effects, each with a check box that turns it on</source>
+        <translation>Gruppen von Effekten, jeder mit einem Kästchen, das ihn einschaltet</translation>
+    </message>
+    <message>
+        <source>Effect</source>
+        <translation>Effekt</translation>
+    </message>
+    <message>
+        <source>On</source>
+        <translation>Ein</translation>
+    </message>
+    <message>
+        <source>Select an effect to see it here.</source>
+        <translation>Wählen Sie einen Effekt aus, um ihn hier zu sehen.</translation>
+    </message>
+    <message>
+        <source>Preview</source>
+        <translation>Vorschau</translation>
+    </message>
+    <message>
+        <source>Plays the selected effect</source>
+        <translation>Spielt den ausgewählten Effekt</translation>
+    </message>
+    <message>
+        <source>Name of the effect</source>
+        <translation>Name des Effekts</translation>
+    </message>
+    <message>
+        <source>Author of the effect</source>
+        <translation>Urheber des Effekts</translation>
+    </message>
+    <message>
+        <source>Web address of the effect</source>
+        <translation>Internetadresse des Effekts</translation>
+    </message>
+    <message>
+        <source>&amp;Menu Accelerator</source>
+        <translation>&amp;Menübeschleuniger</translation>
+    </message>
+    <message>
+        <source>&amp;Open the menus from the keyboard</source>
+        <translation>Menüs über die Ta&amp;statur öffnen</translation>
+    </message>
+    <message>
+        <source>Open the menus from the keyboard</source>
+        <translation>Menüs über die Tastatur öffnen</translation>
+    </message>
+    <message>
+        <source>Turns the Menu Accelerator on or off</source>
+        <translation>Schaltet den Menübeschleuniger ein oder aus</translation>
+    </message>
+    <message>
+        <source>In every application, the hot key opens the menu bar. Type a few letters of a menu item to find it, and Return to choose it.</source>
+        <translation>In jedem Programm öffnet das Tastenkürzel die Menüleiste. Ein paar Buchstaben finden einen Menüpunkt, die Eingabetaste wählt ihn.</translation>
+    </message>
+    <message>
+        <source>Hot key:</source>
+        <translation>Tastenkürzel:</translation>
+    </message>
+    <message>
+        <source>The key combination that opens the menus</source>
+        <translation>Die Tastenkombination, die die Menüs öffnet</translation>
+    </message>
+    <message>
+        <source>Set &amp;Hot Key…</source>
+        <translation>&amp;Kürzel festlegen …</translation>
+    </message>
+    <message>
+        <source>Set Hot Key</source>
+        <translation>Kürzel festlegen</translation>
+    </message>
+    <message>
+        <source>Opens a sheet that takes a new key combination</source>
+        <translation>Öffnet ein Fenster, das eine neue Tastenkombination aufnimmt</translation>
+    </message>
+    <message>
+        <source>&amp;Updates &amp;&amp; About</source>
+        <translation>&amp;Updates und Info</translation>
+    </message>
+    <message>
+        <source>Learning</source>
+        <translation>Kennenlernen</translation>
+    </message>
+    <message>
+        <source>The tutorial shows in a few minutes how to change a shortcut.</source>
+        <translation>Das Tutorial zeigt in ein paar Minuten, wie man ein Tastenkürzel ändert.</translation>
+    </message>
+    <message>
+        <source>Open &amp;Tutorial</source>
+        <translation>Tut&amp;orial öffnen</translation>
+    </message>
+    <message>
+        <source>Open Tutorial</source>
+        <translation>Tutorial öffnen</translation>
+    </message>
+    <message>
+        <source>Starts the tutorial application</source>
+        <translation>Startet das Tutorial-Programm</translation>
+    </message>
+    <message>
+        <source>Mailing list</source>
+        <translation>Mailingliste</translation>
+    </message>
+    <message>
+        <source>&amp;E-mail address:</source>
+        <translation>&amp;E-Mail-Adresse:</translation>
+    </message>
+    <message>
+        <source>E-mail address</source>
+        <translation>E-Mail-Adresse</translation>
+    </message>
+    <message>
+        <source>The address that news about Tarnwell is sent to</source>
+        <translation>Die Adresse, an die Neuigkeiten über Tarnwell gehen</translation>
+    </message>
+    <message>
+        <source>Su&amp;bscribe</source>
+        <translation>&amp;Abonnieren</translation>
+    </message>
+    <message>
+        <source>Subscribe</source>
+        <translation>Abonnieren</translation>
+    </message>
+    <message>
+        <source>Opens the subscription page in the browser</source>
+        <translation>Öffnet die Anmeldeseite im Browser</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>&amp;Hilfe</translation>
+    </message>
+    <message>
+        <source>Help</source>
+        <translation>Hilfe</translation>
+    </message>
+    <message>
+        <source>Opens the read-me document</source>
+        <translation>Öffnet das Lies-mich-Dokument</translation>
+    </message>
+    <message>
+        <source>&amp;About Tarnwell…</source>
+        <translation>Ü&amp;ber Tarnwell …</translation>
+    </message>
+    <message>
+        <source>About Tarnwell</source>
+        <translation>Über Tarnwell</translation>
+    </message>
+    <message>
+        <source>Shows who made Tarnwell</source>
+        <translation>Zeigt, wer Tarnwell gemacht hat</translation>
+    </message>
+</context>
+<context>
+    <name>TutorialSheet</name>
+    <message>
+        <source>Tutorial</source>
+        <translation>Tutorial</translation>
+    </message>
+    <message>
+        <source>No application has changed shortcuts yet. The tutorial shows how to give a menu item a shortcut of your own.</source>
+        <translation>Noch hat kein Programm geänderte Tastenkürzel. Das Tutorial zeigt, wie Sie einem Menüpunkt ein eigenes Kürzel geben.</translation>
+    </message>
+    <message>
+        <source>Do not &amp;show this again</source>
+        <translation>&amp;Nicht mehr anzeigen</translation>
+    </message>
+    <message>
+        <source>Do not show this again</source>
+        <translation>Nicht mehr anzeigen</translation>
+    </message>
+    <message>
+        <source>Stops offering the tutorial</source>
+        <translation>Bietet das Tutorial nicht mehr an</translation>
+    </message>
+    <message>
+        <source>Open &amp;Tutorial</source>
+        <translation>&amp;Tutorial öffnen</translation>
+    </message>
+    <message>
+        <source>Open Tutorial</source>
+        <translation>Tutorial öffnen</translation>
+    </message>
+    <message>
+        <source>Starts the tutorial application</source>
+        <translation>Startet das Tutorial-Programm</translation>
+    </message>
+    <message>
+        <source>Not Now</source>
+        <translation>Nicht jetzt</translation>
+    </message>
+    <message>
+        <source>Closes this sheet</source>
+        <translation>Schließt dieses Fenster</translation>
+    </message>
+</context>
+<context>
+    <name>SpokenKeys</name>
+    <message>
+        <source>Shift</source>
+        <translation>Umschalt</translation>
+    </message>
+    <message>
+        <source>Control</source>
+        <translation>Steuerung</translation>
+    </message>
+    <message>
+        <source>Option</source>
+        <translation>Alt</translation>
+    </message>
+    <message>
+        <source>Command</source>
+        <translation>Super</translation>
+    </message>
+    <message>
+        <source>Tab</source>
+        <translation>Tabulator</translation>
+    </message>
+    <message>
+        <source>Back Tab</source>
+        <translation>Tabulator rückwärts</translation>
+    </message>
+    <message>
+        <source>Enter</source>
+        <translation>Enter</translation>
+    </message>
+    <message>
+        <source>Space</source>
+        <translation>Leertaste</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Löschen</translation>
+    </message>
+    <message>
+        <source>Return</source>
+        <translation>Eingabe</translation>
+    </message>
+    <message>
+        <source>Escape</source>
+        <translation>Escape</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>Entfernen</translation>
+    </message>
+    <message>
+        <source>Page Up</source>
+        <translation>Bild auf</translation>
+    </message>
+    <message>
+        <source>Page Down</source>
+        <translation>Bild ab</translation>
+    </message>
+    <message>
+        <source>Left Arrow</source>
+        <translation>Pfeil links</translation>
+    </message>
+    <message>
+        <source>Right Arrow</source>
+        <translation>Pfeil rechts</translation>
+    </message>
+    <message>
+        <source>Up Arrow</source>
+        <translation>Pfeil auf</translation>
+    </message>
+    <message>
+        <source>Down Arrow</source>
+        <translation>Pfeil ab</translation>
+    </message>
+    <message>
+        <source>Home</source>
+        <translation>Pos 1</translation>
+    </message>
+    <message>
+        <source>End</source>
+        <translation>Ende</translation>
+    </message>
+</context>
+<context>
+    <name>TarnwellPref</name>
+    <message>
+        <source>10.4+ Only</source>
+        <translation>Nur ab 10.4</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Keins</translation>
+    </message>
+    <message>
+        <source>No Applications Configured</source>
+        <translation>Keine Programme eingerichtet</translation>
+    </message>
+    <message>
+        <source>The interface file &quot;%1&quot; is missing from the pane.</source>
+        <translation>Die Oberflächendatei „%1“ fehlt im Paket.</translation>
+    </message>
+    <message>
+        <source>The interface of the pane is incomplete: %1 is missing.</source>
+        <translation>Die Oberfläche ist unvollständig: %1 fehlt.</translation>
+    </message>
+    <message>
+        <source>Restore Original Shortcut</source>
+        <translation>Ursprüngliches Kürzel wiederherstellen</translation>
+    </message>
+    <message>
+        <source>Restore</source>
+        <translation>Wiederherstellen</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Are you sure you want to restore the original keyboard shortcut for &quot;%@&quot;? Doing so will remove the shortcut from &quot;%@&quot; as it uses the same shortcut key as the original shortcut for this item.</source>
+        <translation>Möchten Sie das ursprüngliche Tastenkürzel von „%@“ wirklich wiederherstellen? Dadurch verliert „%@“ sein Kürzel, denn es benutzt dasselbe wie das ursprüngliche dieses Menüpunkts.</translation>
+    </message>
+    <message>
+        <source>Are you sure you want to restore the original keyboard shortcut for &quot;%@&quot;?</source>
+        <translation>Möchten Sie das ursprüngliche Tastenkürzel von „%@“ wirklich wiederherstellen?</translation>
+    </message>
+    <message>
+        <source>Remove All Shortcuts</source>
+        <translation>Alle Tastenkürzel entfernen</translation>
+    </message>
+    <message>
+        <source>Proceed</source>
+        <translation>Fortfahren</translation>
+    </message>
+    <message>
+        <source>Are you sure you want to remove all customized shortcuts for &quot;%@&quot;? This action cannot be undone.</source>
+        <translation>Möchten Sie wirklich alle geänderten Tastenkürzel von „%@“ entfernen? Das lässt sich nicht rückgängig machen.</translation>
+    </message>
+    <message>
+        <source>Choose an Application</source>
+        <translation>Programm auswählen</translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation>Hinzufügen</translation>
+    </message>
+    <message>
+        <source>Checking...</source>
+        <translation>Suche läuft ...</translation>
+    </message>
+    <message>
+        <source>Never checked for updates.</source>
+        <translation>Noch nie nach Updates gesucht.</translation>
+    </message>
+</context>
+</TS>
