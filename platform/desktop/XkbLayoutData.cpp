@@ -183,6 +183,9 @@ std::optional<xkb_layout_index_t> Describer::firstOtherLatinGroup() const
 QString Describer::commandText(const KeyPosition &key, quint8 shift) const
 {
     const QString own = shown(key, m_group, shift);
+    // Caps Lock may be another Backspace; such a key has no name.
+    if (own.size() == 1 && own.front() < u' ')
+        return own.front() == QChar(key.usCharacter) ? own : QString();
     const bool keypad = (key.flags & foundation::keyFlagNumericPad) != 0;
     if ((m_isLatin || keypad) && isLatinOrCommon(own))
         return own;
