@@ -6,12 +6,16 @@
 #include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QDialog>
 #include <QDir>
+#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QTabWidget>
 #include <QTextEdit>
+#include <QTranslator>
+#include <QXmlStreamReader>
 
 #include <gtest/gtest.h>
 
@@ -19,24 +23,39 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QStringList fileNames{u"Main.ui"_s, u"AboutSheet.ui"_s, u"HotKeySheet.ui"_s,
-                            u"TutorialSheet.ui"_s};
+QDir resources()
+{
+    return QDir(qEnvironmentVariable("BUNDLE_RESOURCES"));
+}
 
-class InterfaceAccessibilityTest : public testing::TestWithParam<QString>
+/// One file in one language; an empty language is English.
+struct FileInLanguage
+{
+    QString file;
+    QString language;
+};
+
+class InterfaceAccessibilityTest : public testing::TestWithParam<FileInLanguage>
 {
 protected:
     void SetUp() override
     {
+        if (!GetParam().language.isEmpty()) {
+            ASSERT_TRUE(m_translator.load(
+                resources().filePath(u"tarnwell_%1.qm"_s.arg(GetParam().language))));
+            QCoreApplication::installTranslator(&m_translator);
+        }
         tarnwell::ui::InterfaceFileLoader loader;
         loader.registerClass(u"QCView"_s, [](QWidget *parent) { return new QWidget(parent); });
         loader.registerClass(u"LiWindow"_s, [](QWidget *parent) { return new QDialog(parent); });
         loader.registerClass(u"LiTextField"_s,
                              [](QWidget *parent) { return new QLineEdit(parent); });
-        const QDir folder(qEnvironmentVariable("BUNDLE_RESOURCES"));
         QString error;
-        m_roots = loader.load({folder.filePath(GetParam())}, {}, nullptr, &error);
+        m_roots = loader.load({resources().filePath(GetParam().file)}, {}, nullptr, &error);
         ASSERT_EQ(m_roots.size(), 1U) << qPrintable(error);
     }
+
+    void TearDown() override { QCoreApplication::removeTranslator(&m_translator); }
 
     QWidget &root() { return *m_roots.front(); }
 
@@ -63,6 +82,7 @@ protected:
         return result;
     }
 
+    QTranslator m_translator;
     std::vector<std::unique_ptr<QWidget>> m_roots;
 };
 
@@ -118,7 +138,49 @@ TEST_P(InterfaceAccessibilityTest, FitsASmallScreen)
     EXPECT_LE(size.height(), 480);
 }
 
-INSTANTIATE_TEST_SUITE_P(Files, InterfaceAccessibilityTest, testing::ValuesIn(fileNames),
+TEST_P(InterfaceAccessibilityTest, EveryTextIsTranslated)
+{
+    if (GetParam().language.isEmpty())
+        return;
+    QFile file(resources().filePath(GetParam().file));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    QXmlStreamReader xml(&file);
+    QByteArray context;
+    int texts = 0;
+    while (!xml.atEnd()) {
+        if (xml.readNext() != QXmlStreamReader::StartElement)
+            continue;
+        if (xml.name() == "class"_L1 && context.isEmpty())
+            context = xml.readElementText().toUtf8();
+        else if (xml.name() == "stringlist"_L1 && xml.attributes().hasAttribute("notr"_L1))
+            xml.skipCurrentElement();
+        if (xml.name() != "string"_L1 || !xml.isStartElement() ||
+            xml.attributes().hasAttribute("notr"_L1))
+            continue;
+        const QByteArray text = xml.readElementText().toUtf8();
+        if (text.isEmpty())
+            continue;
+        ++texts;
+        EXPECT_FALSE(m_translator.translate(context.constData(), text.constData()).isEmpty())
+            << text.constData();
+    }
+    EXPECT_GT(texts, 0);
+}
+
+std::vector<FileInLanguage> filesInLanguages()
+{
+    std::vector<FileInLanguage> rows;
+    for (const QString &file :
+         {u"Main.ui"_s, u"AboutSheet.ui"_s, u"HotKeySheet.ui"_s, u"TutorialSheet.ui"_s}) {
+        for (const QString &language : {u""_s, u"de"_s})
+            rows.push_back({file, language});
+    }
+    return rows;
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, InterfaceAccessibilityTest, testing::ValuesIn(filesInLanguages()),
                          [](const auto &row) {
-                             return row.param.section(u'.', 0, 0).toStdString();
+                             return (row.param.file.section(u'.', 0, 0) + u'_' +
+                                     (row.param.language.isEmpty() ? u"en"_s : row.param.language))
+                                 .toStdString();
                          });

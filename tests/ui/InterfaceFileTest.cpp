@@ -8,8 +8,11 @@
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTranslator>
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 using tarnwell::ui::InterfaceFileLoader;
@@ -155,6 +158,35 @@ TEST_F(InterfaceFileTest, KeepsThePropertiesOfTheController)
     ASSERT_TRUE(table);
     EXPECT_EQ(table->property("tag").toInt(), 3);
     EXPECT_EQ(table->property("identifiers").toStringList(), (QStringList{u"13"_s, u"1"_s}));
+}
+
+TEST_F(InterfaceFileTest, TranslatesTextsAndHeadingsInTheContextOfTheFile)
+{
+    class Reversing : public QTranslator
+    {
+    public:
+        QString translate(const char *context, const char *text, const char *, int) const override
+        {
+            QString reversed = QString::fromUtf8(text);
+            std::reverse(reversed.begin(), reversed.end());
+            return qstrcmp(context, "Test") == 0 ? reversed : QString();
+        }
+        bool isEmpty() const override { return false; }
+    };
+    Reversing translator;
+    QCoreApplication::installTranslator(&translator);
+    const auto roots = load(
+        {file(interface("<property name=\"windowTitle\"><string>Title</string></property>"
+                        "<property name=\"headings\" stdset=\"0\"><stringlist>"
+                        "<string></string><string>Menu</string></stringlist></property>"
+                        "<property name=\"identifiers\" stdset=\"0\"><stringlist notr=\"true\">"
+                        "<string>13</string><string>01</string></stringlist></property>"))});
+    QCoreApplication::removeTranslator(&translator);
+    ASSERT_EQ(roots.size(), 1U);
+    EXPECT_EQ(roots.front()->windowTitle(), u"eltiT"_s);
+    EXPECT_EQ(roots.front()->property("headings").toStringList(), (QStringList{u""_s, u"uneM"_s}));
+    EXPECT_EQ(roots.front()->property("identifiers").toStringList(),
+              (QStringList{u"13"_s, u"01"_s}));
 }
 
 TEST_F(InterfaceFileTest, LoadsSeveralFilesAsOneInterface)
