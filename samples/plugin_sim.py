@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """Plays the plug-in: changes a shortcut in the domain and tells the pane to look.
 
-  plugin_sim.py --home build/demo-home set example.marlow.Quillmark "File > Print…" "⌥⌘P"
-  plugin_sim.py --home build/demo-home clear example.marlow.Quillmark "File > Print…"
+  plugin_sim.py --home build/demo-home set example.marlow.Copperquill "File > Print…" "⌥⌘P"
+  plugin_sim.py --home build/demo-home clear example.marlow.Copperquill "File > Print…"
   plugin_sim.py refresh
 
 Shortcuts are written as in samples/demo/shortcuts.txt. The domain is changed as every process has

@@ -17,7 +17,7 @@ class Row(NamedTuple):
 
 
 BUNDLES = [
-    Row("Quillmark", "example.marlow.Quillmark", "quillmark",
+    Row("Copperquill", "example.marlow.Copperquill", "copperquill",
         ("bars", "#5b8def", "#2b4ea2"), icon_kind="icns"),
     Row("Pebblemail", "example.fernhill.Pebblemail", "pebblemail",
         ("envelope", "#52b788", "#1f6f4d")),
@@ -42,7 +42,7 @@ BUNDLES = [
 
 # Pictures that the desktop entries name.
 ENTRY_ICONS = {
-    "quillmark-classic": ("bars", "#b8c4d6", "#6a7a94"),
+    "copperquill-classic": ("bars", "#b8c4d6", "#6a7a94"),
     "heronweb": ("drop", "#7aa5a1", "#2f5d5a"),
     "birdcall": ("bird", "#f2b84b", "#c0761a"),
 }

@@ -49,8 +49,8 @@ def values(home, shortcuts, now):
         "MenuAccMods": 6,
         "MenuShortcuts": shortcuts,
         "CustomSettings": {
-            "example.marlow.Quillmark": {
-                "_ApplicationName": "Quillmark", "_AliasRecord": FOREIGN_ALIAS,
+            "example.marlow.Copperquill": {
+                "_ApplicationName": "Copperquill", "_AliasRecord": FOREIGN_ALIAS,
                 "MenuAcceleratorEnabled": False, "FlashMenuTitle": True},
             "example.nordlicht.Skyplotter": {
                 "_ApplicationName": "Skyplotter", "EffectScale": 0.75},
@@ -68,7 +68,7 @@ def values(home, shortcuts, now):
         "SULastCheckStatus": "No new version is available.",
         "SULastRunSystemVersion": system_version(),
         # What only the plug-in knows, and must find again.
-        "PlugInState": {"Hosts": ["example.marlow.Quillmark", "example.heron.heronweb"],
+        "PlugInState": {"Hosts": ["example.marlow.Copperquill", "example.heron.heronweb"],
                         "LastLaunch": datetime.datetime.utcfromtimestamp(now - 3600),
                         "MenuBarHeight": 22.0},
     }

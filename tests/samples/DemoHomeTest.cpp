@@ -199,7 +199,7 @@ TEST(PluginSimulation, ChangesOneRecordAndKeepsTheRest)
     ASSERT_TRUE(QFile::copy(demoHome + domainName, home.path() + domainName));
     const plist::Dictionary before = readDomain(home.path());
 
-    const QString application = u"example.marlow.Quillmark"_s;
+    const QString application = u"example.marlow.Copperquill"_s;
     for (const QString &item : {u"File > Print…"_s, u"Edit > Complete"_s}) {
         const int status = QProcess::execute(
             QStringLiteral(TARNWELL_PYTHON),
