@@ -27,7 +27,7 @@ constexpr double firstRetryInterval = 1.0;
 constexpr double longestRetryInterval = 30.0;
 
 /// How long a bus may take to say that it has what we sent, in milliseconds.
-constexpr int flushLimit = 500;
+constexpr int flushLimit = 2000;
 
 QDBusMessage ping()
 {

@@ -1,0 +1,2 @@
+add_executable(preferences_benchmark ${CMAKE_CURRENT_LIST_DIR}/PreferencesBenchmark.cpp)
+target_link_libraries(preferences_benchmark PRIVATE tarnwell_desktop benchmark::benchmark)
