@@ -1,0 +1,193 @@
+// The pane on homes of growing size: what rebuilding the pop-up costs beside reading the domain
+// file, and how long the table takes to follow a refresh of the plug-in.
+
+#include "desktop/TestBus.h"
+#include "foundation/plist/PropertyList.h"
+#include "pane/PaneDesktop.h"
+#include "pane/TarnwellPref.h"
+#include "ports/HostApplication.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QLoggingCategory>
+#include <QProcess>
+#include <QTableView>
+#include <QTemporaryDir>
+
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <vector>
+
+using namespace Qt::StringLiterals;
+using namespace tarnwell;
+
+namespace {
+
+class NoIcon final : public ports::HostApplication
+{
+public:
+    QIcon applicationIcon() const override { return {}; }
+    void setApplicationIcon(const QIcon &) override {}
+};
+
+/// A home with so many applications, each with so many changed shortcuts.
+class LargeHome
+{
+public:
+    LargeHome(int applications, int items) { make(items, applications); }
+
+    void make(int items, int applications) const
+    {
+        const int status = QProcess::execute(
+            u"python3"_s, {QStringLiteral(TARNWELL_MAKE_LARGE_DOMAIN), u"--bundles"_s,
+                           QString::number(applications), QString::number(items), path()});
+        if (status != 0)
+            qFatal("The large home could not be made.");
+    }
+    QString path() const { return m_folder.path(); }
+    QString domainFile() const
+    {
+        return path() + "/Library/Preferences/com.varnit.tarnwell.plist"_L1;
+    }
+    QByteArray domainBytes() const
+    {
+        QFile file(domainFile());
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+private:
+    QTemporaryDir m_folder;
+};
+
+class OpenPane
+{
+public:
+    explicit OpenPane(const LargeHome &home)
+        : m_bundle(*foundation::Bundle::open(QStringLiteral(TARNWELL_PANE_BUNDLE)))
+        , m_desktop({m_bundle.path(), home.path(), home.path(), m_icon})
+        , pane(m_desktop.ports(), m_desktop.identityCache(), m_bundle)
+    {
+        m_desktop.setMissedNotificationsHandler([this] { joined = true; });
+        QString error;
+        view.reset(pane.loadMainView(&error));
+        if (!view)
+            qFatal("%s", qPrintable(error));
+        pane.mainViewDidLoad();
+        pane.willSelect();
+    }
+
+private:
+    NoIcon m_icon;
+    foundation::Bundle m_bundle;
+    pane::PaneDesktop m_desktop;
+
+public:
+    bool joined = false;
+    std::unique_ptr<QWidget> view; // outlives the pane
+    pane::TarnwellPref pane;
+};
+
+/// Rebuilds the pop-up of so many applications with 100 changed shortcuts each, and reads the same
+/// domain file, in turn: the ratio is of the two in one run.
+void rebuildPopup(benchmark::State &state)
+{
+    const LargeHome home(static_cast<int>(state.range(0)), 100);
+    OpenPane open(home);
+    open.pane.setIsInNotification(true);
+    qint64 rebuilding = 0;
+    qint64 reading = 0;
+    QElapsedTimer timer;
+    for ([[maybe_unused]] auto _ : state) {
+        timer.start();
+        open.pane.setScArray({});
+        open.pane.rebuildPopup();
+        rebuilding += timer.nsecsElapsed();
+        state.PauseTiming();
+        timer.start();
+        benchmark::DoNotOptimize(plist::read(home.domainBytes()));
+        reading += timer.nsecsElapsed();
+        state.ResumeTiming();
+    }
+    state.counters["rows"] = static_cast<double>(open.pane.scArray().rows().size());
+    state.counters["applications"] = open.pane.scPopup()->count();
+    state.counters["times_reading"] =
+        static_cast<double>(rebuilding) / static_cast<double>(reading);
+}
+
+/// Notes when the table was painted.
+class PaintWatch : public QObject
+{
+public:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        painted = painted || event->type() == QEvent::Paint;
+        return false;
+    }
+    bool painted = false;
+};
+
+/// From the signal on the bus to the painted table, with so many records in one application.
+void signalToPaintedRow(benchmark::State &state)
+{
+    const tests::TestBus bus;
+    qputenv("DBUS_SESSION_BUS_ADDRESS", bus.address().toUtf8());
+    const int items = static_cast<int>(state.range(0));
+    LargeHome home(1, items);
+    OpenPane open(home);
+    open.view->resize(720, 520);
+    open.view->show();
+    tests::waitUntil([&] { return open.joined; });
+    auto client = QDBusConnection::connectToBus(bus.address(), u"plug-in"_s);
+    auto signal = QDBusMessage::createSignal(u"/com/varnit/DistributedNotifications"_s,
+                                             u"com.varnit.DistributedNotifications"_s, u"Posted"_s);
+    signal << u"com.varnit.tarnwell.refresh"_s << u""_s << u""_s;
+    PaintWatch watch;
+    open.pane.scTable()->viewport()->installEventFilter(&watch);
+    int added = 0;
+    QElapsedTimer timer;
+    std::vector<double> milliseconds;
+    for ([[maybe_unused]] auto _ : state) {
+        state.PauseTiming();
+        // A few records more or less each time, so that there is something to paint. Some of the
+        // generated ones change nothing and never show.
+        added = 5 - added;
+        home.make(items + added, 1);
+        QCoreApplication::processEvents();
+        const int shownBefore = open.pane.scTable()->model()->rowCount();
+        watch.painted = false;
+        state.ResumeTiming();
+        timer.start();
+        client.send(signal);
+        tests::waitUntil([&] {
+            return watch.painted && open.pane.scTable()->model()->rowCount() != shownBefore;
+        });
+        milliseconds.push_back(static_cast<double>(timer.nsecsElapsed()) / 1e6);
+    }
+    std::sort(milliseconds.begin(), milliseconds.end());
+    state.counters["median_ms"] = milliseconds[milliseconds.size() / 2];
+    QDBusConnection::disconnectFromBus(u"plug-in"_s);
+    qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+}
+
+BENCHMARK(rebuildPopup)->Arg(100)->Arg(1000)->Unit(benchmark::kMillisecond);
+BENCHMARK(signalToPaintedRow)
+    ->Arg(1000)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime()
+    ->Iterations(15);
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QApplication application(argc, argv);
+    QLoggingCategory::setFilterRules(u"tarnwell.*=false"_s);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
