@@ -25,6 +25,7 @@ constexpr quint32 controlBit = 0x1000;
 constexpr quint32 rightOptionBit = 0x4000;
 
 constexpr quint32 ansiKeyboard = 40;
+constexpr int localePatience = 300; // milliseconds that a start may lose at most
 constexpr qint64 maximumFileSize = 64 * 1024;
 
 /// The toolkit's connection to the X server; null on every other platform.
@@ -122,7 +123,7 @@ XkbKeyboardLayouts::Keyboard XkbKeyboardLayouts::readKeyboard() const
 XkbNames XkbKeyboardLayouts::findNames() const
 {
     if (m_root.isEmpty()) {
-        if (const std::optional<XkbNames> names = m_localeService->names())
+        if (const std::optional<XkbNames> names = m_localeService->names(localePatience))
             return *names;
     }
     const auto file =

@@ -48,12 +48,11 @@ std::optional<XkbNames> namesFromLocaleProperties(const QVariantMap &properties)
     return names;
 }
 
-std::optional<XkbNames> LocaleService::names()
+std::optional<XkbNames> LocaleService::names(int patience)
 {
     const QString service = u"org.freedesktop.locale1"_s;
     const QString path = u"/org/freedesktop/locale1"_s;
     const QString interface = u"org.freedesktop.DBus.Properties"_s;
-    constexpr int patience = 300; // milliseconds; the service may have to be started
 
     QDBusConnection bus = QDBusConnection::systemBus();
     if (!bus.isConnected())

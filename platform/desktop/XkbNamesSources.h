@@ -25,9 +25,9 @@ class LocaleService : public QObject
 public:
     using QObject::QObject;
 
-    /// Asks the service on the system bus, waiting a fraction of a second at most, and follows its
-    /// answer from then on. Nothing without one.
-    std::optional<XkbNames> names();
+    /// Asks the service on the system bus and follows its answer from then on. Waits for at most
+    /// the given milliseconds, as the service may have to be started; nothing without an answer.
+    std::optional<XkbNames> names(int patience);
 
 Q_SIGNALS:
     /// Another answer can be had now.
