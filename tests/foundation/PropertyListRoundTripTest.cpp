@@ -154,6 +154,7 @@ const ReadRow xmlRows[] = {
     {"OtherInfinities",
      "<plist><array><real>-Infinity</real><real>1e999</real><real>+inf</real></array></plist>",
      Array{-infinity, infinity, infinity}},
+    {"TooSmall", "<real>-1e-999</real>", -0.0},
     {"NoRoot", "<string>x</string>", u"x"_s},
     {"CommentsAndSections",
      "<plist><!-- c --><string>a<!-- c -->b<![CDATA[<c>&]]>&#x1F600;</string><?pi?></plist>",

@@ -3,7 +3,9 @@
 #include "foundation/plist/DateText.h"
 
 #include <algorithm>
+#include <charconv>
 #include <limits>
+#include <system_error>
 
 namespace tarnwell::plist::detail {
 
@@ -17,6 +19,13 @@ constexpr int maximumAttributes = 500;
 bool isBlank(QStringView text)
 {
     return std::all_of(text.begin(), text.end(), [](QChar c) { return c.isSpace(); });
+}
+
+/// What a message shows of something that may be megabytes long.
+QString quoted(QStringView text)
+{
+    constexpr qsizetype shown = 60;
+    return text.size() <= shown ? u"'%1'"_s.arg(text) : u"'%1…'"_s.arg(text.first(shown));
 }
 
 /// What stands for a reference into an archive, which XML has no element for.
@@ -65,7 +74,7 @@ Value XmlReader::read()
             checkText();
             break;
         case QXmlStreamReader::EntityReference:
-            fail(u"unknown entity '%1'"_s.arg(m_xml.name()));
+            fail(u"unknown entity %1"_s.arg(quoted(m_xml.name())));
             break;
         default:
             break;
@@ -87,11 +96,11 @@ void XmlReader::startElement()
     }
     m_isInsideRoot = true;
     if (m_levels.empty() && !m_top.isNull())
-        return fail(u"<%1> after the end of the value"_s.arg(name));
+        return fail(u"element %1 after the end of the value"_s.arg(quoted(name)));
     if (name == "key"_L1)
         return readKey();
     if (!m_levels.empty() && m_levels.back().isDictionary && !m_levels.back().hasKey)
-        return fail(u"<%1> where a key should be"_s.arg(name));
+        return fail(u"element %1 where a key should be"_s.arg(quoted(name)));
     if (name == "array"_L1 || name == "dict"_L1)
         return openLevel(name == "dict"_L1);
     Value value = readLeaf(name);
@@ -106,7 +115,7 @@ void XmlReader::endElement()
     Level level = std::move(m_levels.back());
     m_levels.pop_back();
     if (level.hasKey)
-        return fail(u"no value for the key '%1'"_s.arg(level.key));
+        return fail(u"no value for the key %1"_s.arg(quoted(level.key)));
     if (level.isDictionary)
         place(uidOrDictionary(Dictionary::fromEntries(std::move(level.entries))));
     else
@@ -138,10 +147,10 @@ void XmlReader::openLevel(bool isDictionary)
 void XmlReader::readKey()
 {
     if (m_levels.empty() || !m_levels.back().isDictionary)
-        return fail(u"<key> outside of a dictionary"_s);
+        return fail(u"a key outside of a dictionary"_s);
     Level &level = m_levels.back();
     if (level.hasKey)
-        return fail(u"no value for the key '%1'"_s.arg(level.key));
+        return fail(u"no value for the key %1"_s.arg(quoted(level.key)));
     level.key = readText();
     level.hasKey = true;
 }
@@ -160,7 +169,7 @@ Value XmlReader::readLeaf(QStringView name)
         return readDate();
     if (name == "data"_L1)
         return readData();
-    fail(u"unknown element <%1>"_s.arg(name));
+    fail(u"unknown element %1"_s.arg(quoted(name)));
     return {};
 }
 
@@ -183,7 +192,7 @@ Value XmlReader::readInteger()
     const quint64 magnitude = isNumber ? digits.toULongLong(&isNumber, base) : 0;
     constexpr quint64 largestNegative = quint64(1) << 63;
     if (!isNumber || (isNegative && magnitude > largestNegative)) {
-        fail(u"'%1' is no integer of 64 bits"_s.arg(text));
+        fail(u"%1 is no integer of 64 bits"_s.arg(quoted(text)));
         return {};
     }
     return isNegative ? Value(qint64(quint64(0) - magnitude)) : Value(magnitude);
@@ -201,14 +210,17 @@ Value XmlReader::readReal()
         return std::numeric_limits<double>::quiet_NaN();
     if (name == "inf"_L1 || name == "infinity"_L1)
         return isNegative ? -infinity : infinity;
-    bool isNumber = false;
-    const double number = text.toDouble(&isNumber);
-    // A number too large or too small for the type is still one.
-    if (!isNumber && !qIsInf(number)) {
-        fail(u"'%1' is no number"_s.arg(text));
+    const QByteArray digits = name.toLatin1();
+    double number = 0.0;
+    const auto [end, error] = std::from_chars(digits.begin(), digits.end(), number);
+    if (digits.startsWith('-') || end != digits.end() || error == std::errc::invalid_argument) {
+        fail(u"%1 is no number"_s.arg(quoted(text)));
         return {};
     }
-    return number;
+    // A number too large or too small for the type is still one: infinity, or nothing.
+    if (error == std::errc::result_out_of_range)
+        number = name.toDouble();
+    return isNegative ? -number : number;
 }
 
 Value XmlReader::readDate()
@@ -216,7 +228,7 @@ Value XmlReader::readDate()
     const QString text = readText().trimmed();
     const std::optional<double> date = parseDate(text);
     if (!date) {
-        fail(u"'%1' is no date"_s.arg(text));
+        fail(u"%1 is no date"_s.arg(quoted(text)));
         return {};
     }
     return Date{*date};
