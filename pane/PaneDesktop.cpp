@@ -13,7 +13,10 @@ PaneDesktop::PaneDesktop(const ui::PaneContext &context)
     , m_distributedNotifications(m_timers)
     , m_systemFacts(context.root, desktop::LinuxSystemFacts::ownExecutablePath())
     , m_hostApplication(context.hostApplication)
-{}
+{
+    // The tutorial is an application like any other, but for where it lies.
+    m_applications.addFolder(context.bundlePath + QStringLiteral("/Contents/Resources"));
+}
 
 ports::Desktop PaneDesktop::ports()
 {
@@ -29,7 +32,8 @@ ports::Desktop PaneDesktop::ports()
             m_timers,
             m_systemFacts,
             m_hostApplication,
-            m_sheets};
+            m_sheets,
+            m_fileStore};
 }
 
 void PaneDesktop::setMissedNotificationsHandler(std::function<void()> handler)

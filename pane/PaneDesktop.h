@@ -8,6 +8,7 @@
 #include "desktop/FilePreferences.h"
 #include "desktop/LinuxSystemFacts.h"
 #include "desktop/LocalFileManager.h"
+#include "desktop/LocalFileStore.h"
 #include "desktop/LocalNotifications.h"
 #include "desktop/QtTimers.h"
 #include "desktop/SystemClock.h"
@@ -50,6 +51,7 @@ private:
     desktop::DistributedNotifications m_distributedNotifications;
     desktop::LinuxSystemFacts m_systemFacts;
     ui::WidgetSheets m_sheets;
+    desktop::LocalFileStore m_fileStore;
     ports::HostApplication &m_hostApplication;
     prefs::ApplicationIdentityCache m_identityCache;
 };

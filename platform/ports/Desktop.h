@@ -6,6 +6,7 @@ class Applications;
 class Bookmarks;
 class Clock;
 class FileManager;
+class FileStore;
 class HostApplication;
 class KeyboardLayouts;
 class NotificationCenter;
@@ -32,6 +33,7 @@ struct Desktop
     SystemFacts &systemFacts;
     HostApplication &hostApplication;
     Sheets &sheets;
+    FileStore &fileStore;
 };
 
 } // namespace tarnwell::ports

@@ -4,6 +4,7 @@
 #include "fakes/FakeBookmarks.h"
 #include "fakes/FakeClock.h"
 #include "fakes/FakeFileManager.h"
+#include "fakes/FakeFileStore.h"
 #include "fakes/FakeHome.h"
 #include "fakes/FakeHostApplication.h"
 #include "fakes/FakeKeyboardLayouts.h"
@@ -56,7 +57,7 @@ protected:
     {
         return {preferences, applications,      fileManager, bookmarks, keyboard.port(),
                 localCenter, distributedCenter, workspace,   clock,     timers,
-                systemFacts, hostApplication,   sheets};
+                systemFacts, hostApplication,   sheets, fileStore};
     }
 
     void store(const QString &key, const plist::Value &value)
@@ -96,6 +97,8 @@ protected:
     fakes::FakeHostApplication hostApplication{hostControl};
     fakes::SheetsControl sheetsControl;
     fakes::FakeSheets sheets{sheetsControl};
+    fakes::FakeFileStoreControl fileStoreControl;
+    fakes::FakeFileStore fileStore{fileStoreControl};
     prefs::ApplicationIdentityCache identityCache;
     std::unique_ptr<pane::TarnwellPref> pane;
     std::unique_ptr<QWidget> view;

@@ -1,0 +1,1 @@
+list(APPEND desktop_sources LocalFileStore.cpp)
