@@ -41,6 +41,13 @@ bool start(const Places &places, const QString &program, const QStringList &argu
     process.setArguments(arguments);
     if (QFileInfo(places.home).isDir())
         process.setWorkingDirectory(places.home);
+    if (!places.areReal()) {
+        // A program of ours is to look where we look; every other one lets them be.
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(u"TARNWELL_HOME"_s, places.home);
+        environment.insert(u"TARNWELL_ROOT"_s, places.root);
+        process.setProcessEnvironment(environment);
+    }
     // What it prints is none of ours.
     process.setStandardInputFile(QProcess::nullDevice());
     process.setStandardOutputFile(QProcess::nullDevice());

@@ -57,6 +57,12 @@ ApplicationRegistry::ApplicationRegistry(const Places &places, const BundleCache
     , m_folders(applicationFolders(places))
 {}
 
+void ApplicationRegistry::addFolder(const QString &path)
+{
+    m_folders.append({path, ApplicationFolder::Kind::Bundles});
+    m_isCurrent = false;
+}
+
 QString ApplicationRegistry::displayName(const QString &path) const
 {
     return m_bundles.displayNameAt(path);

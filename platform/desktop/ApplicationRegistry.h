@@ -21,6 +21,10 @@ public:
     /// The cache must outlive the registry.
     ApplicationRegistry(const Places &places, const BundleCache &bundles);
 
+    /// Counts a folder of bundles in, after all others: one that no installation puts where
+    /// applications are looked for, such as the resources of a pane.
+    void addFolder(const QString &path);
+
     QString displayName(const QString &path) const override;
     std::optional<ports::ItemInfo> itemInfo(const QString &path) const override;
     QString applicationForIdentifier(const QString &identifier) const override;
