@@ -38,14 +38,17 @@ bool ShortcutBackups::keep(const plist::Dictionary &shortcuts, QString *errorMes
 {
     const double now = m_clock.absoluteTime();
     QStringList existing = names();
-    QString name = prefix + timeInName(now) + suffix;
-    for (int number = 2; existing.contains(name); ++number)
-        name = prefix + timeInName(now) + u" %1"_s.arg(number, 2, 10, u'0') + suffix;
+    // Several of one instant are told by a number, which sorts like the rest of the name.
+    const QString start = prefix + timeInName(now) + u' ';
+    int number = 1;
+    for (const QString &earlier : std::as_const(existing)) {
+        if (earlier.startsWith(start))
+            number = earlier.mid(start.size(), 2).toInt() % 99 + 1;
+    }
+    const QString name = start + u"%1"_s.arg(number, 2, 10, QChar(u'0')) + suffix;
     if (!m_files.writeFile(m_folder + u'/' + name, writeArchive({{now}, shortcuts}), errorMessage))
         return false;
-    existing.append(name);
-    std::sort(existing.begin(), existing.end());
-    // A clock that was set back would make the new one the oldest; it is kept all the same.
+    // The new one is not among those that may go, even if a clock set back makes it the oldest.
     existing.removeOne(name);
     while (existing.size() >= limit)
         m_files.removeFile(m_folder + u'/' + existing.takeFirst());

@@ -21,21 +21,51 @@ void ShortcutTableModel::setRows(const QList<ShortcutRow> &rows)
         return;
     beginResetModel();
     m_rows = rows;
+    m_searchTexts.clear();
+    applyFilter();
     endResetModel();
+}
+
+void ShortcutTableModel::setFilter(const ShortcutFilter &filter)
+{
+    if (filter == m_filter)
+        return;
+    beginResetModel();
+    m_filter = filter;
+    applyFilter();
+    endResetModel();
+}
+
+void ShortcutTableModel::applyFilter()
+{
+    m_shown.clear();
+    m_shown.reserve(m_rows.size());
+    if (m_filter.needsSearchText() && m_searchTexts.isEmpty()) {
+        m_searchTexts.reserve(m_rows.size());
+        for (const ShortcutRow &row : std::as_const(m_rows))
+            m_searchTexts.append(searchText(row));
+    }
+    const QString none;
+    for (qsizetype i = 0; i < m_rows.size(); ++i) {
+        const QString &text = m_filter.needsSearchText() ? m_searchTexts.at(i) : none;
+        if (m_filter.isEmpty() || m_filter.accepts(m_rows.at(i), text))
+            m_shown.append(i);
+    }
 }
 
 int ShortcutTableModel::indexOf(const ShortcutRow &row) const
 {
     const auto found =
-        std::find_if(m_rows.cbegin(), m_rows.cend(), [&row](const ShortcutRow &candidate) {
-            return candidate.key == row.key && candidate.settingsKey == row.settingsKey;
+        std::find_if(m_shown.cbegin(), m_shown.cend(), [this, &row](qsizetype candidate) {
+            return m_rows.at(candidate).key == row.key &&
+                   m_rows.at(candidate).settingsKey == row.settingsKey;
         });
-    return found == m_rows.cend() ? -1 : static_cast<int>(found - m_rows.cbegin());
+    return found == m_shown.cend() ? -1 : static_cast<int>(found - m_shown.cbegin());
 }
 
 int ShortcutTableModel::rowCount(const QModelIndex &parent) const
 {
-    return parent.isValid() ? 0 : static_cast<int>(m_rows.size());
+    return parent.isValid() ? 0 : static_cast<int>(m_shown.size());
 }
 
 int ShortcutTableModel::columnCount(const QModelIndex &parent) const
@@ -53,7 +83,7 @@ QVariant ShortcutTableModel::data(const QModelIndex &index, int role) const
         return {};
     const int column = m_columns.at(index.column());
     const std::optional<foundation::StyledString> cell =
-        shortcutCellValue(m_rows.at(index.row()), column);
+        shortcutCellValue(shownRow(index.row()), column);
     if (!cell)
         return {};
     if (role == StyledStringRole)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "shortcuts/ShortcutFilter.h"
 #include "shortcuts/ShortcutRow.h"
 
 #include <QAbstractTableModel>
@@ -25,9 +26,15 @@ public:
     /// Shows other rows. Rows equal to those that show leave the table untouched, so that a
     /// refresh without news disturbs neither scrolling nor a screen reader.
     void setRows(const QList<ShortcutRow> &rows);
-    const QList<ShortcutRow> &rows() const { return m_rows; }
 
-    /// Where the row of the same item now stands; -1 when it is gone.
+    /// Shows only the rows that a filter accepts, of these and of all later rows.
+    void setFilter(const ShortcutFilter &filter);
+    const ShortcutFilter &filter() const { return m_filter; }
+
+    /// The record that a shown row presents.
+    const ShortcutRow &shownRow(int row) const { return m_rows.at(m_shown.at(row)); }
+
+    /// Where the row of the same item is shown now; -1 when it is gone or filtered out.
     int indexOf(const ShortcutRow &row) const;
 
     int rowCount(const QModelIndex &parent = {}) const override;
@@ -39,7 +46,12 @@ public:
 private:
     QList<int> m_columns;
     QStringList m_headings;
+    void applyFilter();
+
     QList<ShortcutRow> m_rows;
+    QList<qsizetype> m_shown;  ///< the rows that the filter accepts, in order
+    QStringList m_searchTexts; ///< of all rows, once somebody searched them
+    ShortcutFilter m_filter;
 };
 
 } // namespace tarnwell::shortcuts

@@ -3,9 +3,12 @@
 
 #include "pane/TarnwellPref.h"
 
+#include "exclude/ExcludeRows.h"
+#include "exclude/ExcludeTableModel.h"
 #include "foundation/Logging.h"
 #include "ports/Applications.h"
 #include "ports/FileManager.h"
+#include "ports/Timers.h"
 #include "ports/Workspace.h"
 #include "prefs/ApplicationIdentity.h"
 #include "prefs/PreferenceKeys.h"
@@ -93,6 +96,8 @@ void TarnwellPref::rebuildPopup()
                          return prefs::titleCompare(a.title, b.title) < 0;
                      });
     fillPopup(entries);
+    if (entries.isEmpty())
+        offerTutorial(*wrapper);
 
     if (isInNotification() || remaining.size() == stored.size())
         return;
@@ -135,20 +140,25 @@ int TarnwellPref::numberOfRowsInTableView(const QTableView *table) const
 {
     if (table == ieListTable())
         return static_cast<int>(m_ieList.size());
-    return table == scTable() ? static_cast<int>(m_scArray.rows().size()) : 0;
+    return table == scTable() ? m_scModel->rowCount() : 0;
 }
 
 std::optional<foundation::StyledString>
 TarnwellPref::objectValueForTableColumn(const QTableView *table, int columnIdentifier,
                                         int row) const
 {
-    if (table != scTable() || row < 0 || row >= m_scArray.rows().size())
+    if (table == ieListTable() && columnIdentifier != exclude::iconColumn && row >= 0 &&
+        row < m_ieList.size())
+        return exclude::excludeCellValue(m_ieList.at(row).toDictionary(), m_desktop.fileManager);
+    if (table != scTable() || row < 0 || row >= m_scModel->rowCount())
         return std::nullopt;
-    return shortcuts::shortcutCellValue(m_scArray.rows().at(row), columnIdentifier);
+    return shortcuts::shortcutCellValue(m_scModel->shownRow(row), columnIdentifier);
 }
 
 void TarnwellPref::tableViewSelectionDidChange(const QTableView *table)
 {
+    if (table == ieListTable())
+        updateExcludeButtons();
     if (table == scTable())
         scRestoreButton()->setEnabled(scTable()->selectionModel()->hasSelection());
 }
@@ -176,30 +186,55 @@ void TarnwellPref::setUpShortcutTable()
     for (int column = 1; column < m_scModel->columnCount(); ++column)
         table->setColumnWidth(column, std::max(header->sectionSizeHint(column),
                                                table->fontMetrics().averageCharWidth() * 18));
+    setUpShortcutFilter();
     connect(table->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             [this] { tableViewSelectionDidChange(scTable()); });
 }
 
+std::optional<shortcuts::ShortcutRow> TarnwellPref::selectedShortcut() const
+{
+    const QModelIndexList selected = scTable()->selectionModel()->selectedRows();
+    if (selected.isEmpty())
+        return std::nullopt;
+    return m_scModel->shownRow(selected.first().row());
+}
+
 void TarnwellPref::reloadShortcutTable()
 {
+    changeShownShortcuts([this] { m_scModel->setRows(m_scArray.rows()); });
+}
+
+void TarnwellPref::changeShownShortcuts(const std::function<void()> &change)
+{
     QTableView *table = scTable();
-    const QModelIndex current = table->selectionModel()->currentIndex();
-    const bool wasSelected = table->selectionModel()->hasSelection();
-    const QList<shortcuts::ShortcutRow> before = m_scModel->rows();
+    const std::optional<shortcuts::ShortcutRow> before = selectedShortcut();
+    const int column = table->selectionModel()->currentIndex().column();
     const QPoint scrolled(table->horizontalScrollBar()->value(),
                           table->verticalScrollBar()->value());
-    m_scModel->setRows(m_scArray.rows());
-    if (!wasSelected || !current.isValid() || table->selectionModel()->hasSelection())
+    change();
+    if (!before || table->selectionModel()->hasSelection())
         return;
     // The item stays selected, not its place: what the buttons act on must not change by itself.
-    const int row = m_scModel->indexOf(before.at(current.row()));
-    if (row < 0)
+    const int row = m_scModel->indexOf(*before);
+    if (row >= 0) {
+        const QModelIndex index = m_scModel->index(row, std::max(column, 0));
+        table->selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect |
+                                                            QItemSelectionModel::Rows);
+        table->horizontalScrollBar()->setValue(scrolled.x());
+        table->verticalScrollBar()->setValue(scrolled.y());
+    }
+    // A table that was reset has no selection, but does not say so.
+    tableViewSelectionDidChange(table);
+}
+
+void TarnwellPref::offerTutorial(const prefs::CFPreferencesWrapper_Tarnwell &wrapper)
+{
+    constexpr double secondsBeforeTheOffer = 3.0;
+    if (askedAboutTutorial() || wrapper.boolForKey(prefs::keys::disabled))
         return;
-    const QModelIndex index = m_scModel->index(row, current.column());
-    table->selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect |
-                                                        QItemSelectionModel::Rows);
-    table->horizontalScrollBar()->setValue(scrolled.x());
-    table->verticalScrollBar()->setValue(scrolled.y());
+    setAskedAboutTutorial(true);
+    m_tutorialTimer =
+        m_desktop.timers.scheduleOnce(secondsBeforeTheOffer, [this] { showTutorialSheet(); });
 }
 
 void TarnwellPref::fillPopup(const QList<shortcuts::PopupEntry> &entries)

@@ -1,0 +1,104 @@
+// Finding a shortcut in the table: by words, or by pressing its keys.
+
+#include "pane/TarnwellPref.h"
+
+#include "hotkey/KeyEvents.h"
+#include "shortcuts/KeyTranslation.h"
+#include "shortcuts/ShortcutCells.h"
+#include "shortcuts/ShortcutTableModel.h"
+
+#include <QAccessible>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QPushButton>
+
+namespace tarnwell::pane {
+
+namespace {
+
+bool isPlain(const QKeyEvent &event)
+{
+    return (event.modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier)) == Qt::NoModifier;
+}
+
+/// Keys by which the user leaves the field must go on doing so.
+bool leavesTheField(const QKeyEvent &event)
+{
+    return isPlain(event) && (event.key() == Qt::Key_Tab || event.key() == Qt::Key_Backtab ||
+                              event.key() == Qt::Key_Escape);
+}
+
+} // namespace
+
+void TarnwellPref::setUpShortcutFilter()
+{
+    connect(scFilterField(), &QLineEdit::textChanged, this, &TarnwellPref::filterShortcutsByWords);
+    connect(scFilterKeysButton(), &QPushButton::toggled, this,
+            &TarnwellPref::filterShortcutsByKeys);
+    scFilterField()->installEventFilter(this);
+}
+
+void TarnwellPref::filterShortcutsByWords(const QString &text)
+{
+    // While keys are recorded the field shows them and searches for no words; only clearing it
+    // counts.
+    if (scFilterKeysButton()->isChecked() && !text.isEmpty())
+        return;
+    changeShownShortcuts([&] { m_scModel->setFilter(shortcuts::ShortcutFilter::byWords(text)); });
+}
+
+void TarnwellPref::filterShortcutsByKeys(bool on)
+{
+    static constexpr const char *wordsHint = QT_TR_NOOP("Filter by item, menu or shortcut");
+    scFilterField()->clear();
+    scFilterField()->setReadOnly(on);
+    scFilterField()->setPlaceholderText(on ? localized("Press the keys of a shortcut")
+                                           : localized(wordsHint));
+    changeShownShortcuts([this] { m_scModel->setFilter({}); });
+    scFilterField()->setFocus();
+}
+
+bool TarnwellPref::eventFilter(QObject *watched, QEvent *event)
+{
+    const bool isKey =
+        event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
+    if (watched != scFilterField() || !isKey)
+        return PreferencePane::eventFilter(watched, event);
+    const auto &press = static_cast<const QKeyEvent &>(*event);
+    if (!scFilterKeysButton()->isChecked()) {
+        if (press.key() != Qt::Key_Escape || scFilterField()->text().isEmpty())
+            return PreferencePane::eventFilter(watched, event);
+        // Escape first empties the field, and only then closes what is around it.
+        event->accept();
+        if (event->type() == QEvent::KeyPress)
+            scFilterField()->clear();
+        return true;
+    }
+    if (leavesTheField(press)) {
+        if (press.key() == Qt::Key_Escape)
+            scFilterKeysButton()->setChecked(false);
+        return PreferencePane::eventFilter(watched, event);
+    }
+    // No shortcut of the host is executed by keys that are meant for the field.
+    event->accept();
+    if (event->type() == QEvent::KeyPress)
+        showShortcutsWith(press);
+    return true;
+}
+
+void TarnwellPref::showShortcutsWith(const QKeyEvent &press)
+{
+    const auto keys = hotkey::keyEventFromQt(press, m_desktop.keyboardLayouts);
+    if (!keys)
+        return;
+    const auto shortcut = shortcuts::KeyCodeDisplayString(
+        m_desktop.keyboardLayouts, keys->keyCode, hotkey::menuModifiers(keys->modifierFlags));
+    if (!shortcut)
+        return;
+    changeShownShortcuts(
+        [&] { m_scModel->setFilter(shortcuts::ShortcutFilter::byShortcut(*shortcut)); });
+    scFilterField()->setText(*shortcut);
+    scFilterField()->setAccessibleDescription(shortcuts::spokenShortcut(*shortcut));
+}
+
+} // namespace tarnwell::pane

@@ -1,0 +1,176 @@
+// Giving an original shortcut back, and removing an application's shortcuts. Both ask first, and
+// both keep what they replace.
+
+#include "pane/TarnwellPref.h"
+
+#include "ports/FileManager.h"
+#include "ports/FileStore.h"
+#include "ports/Sheets.h"
+#include "prefs/PreferenceKeys.h"
+#include "shortcuts/LayoutKeyCommandTranslator.h"
+#include "shortcuts/RestoreShortcut.h"
+#include "shortcuts/ShortcutBackups.h"
+
+#include <QComboBox>
+#include <QTableView>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace tarnwell::pane {
+
+namespace {
+
+bool isSameItem(const shortcuts::ShortcutRow &a, const shortcuts::ShortcutRow &b)
+{
+    return a.key == b.key && a.settingsKey == b.settingsKey;
+}
+
+bool isSameItem(const std::optional<shortcuts::ShortcutRow> &a, const shortcuts::ShortcutRow *b)
+{
+    return a && b ? isSameItem(*a, *b) : !a && !b;
+}
+
+} // namespace
+
+const shortcuts::ShortcutRow *TarnwellPref::findKey(const foundation::StyledString &key,
+                                                    const plist::Value &withModifiers,
+                                                    bool inOriginal) const
+{
+    return shortcuts::findKey(m_scArray.rows(), key, withModifiers, inOriginal);
+}
+
+void TarnwellPref::doRestoreOriginal(QObject *)
+{
+    const std::optional<shortcuts::ShortcutRow> row = selectedShortcut();
+    if (!row)
+        return;
+    const shortcuts::ShortcutRow *conflict =
+        findKey(row->originalTranslatedKey, row->originalModifiers, false);
+    const QString title = row->title.toString();
+
+    ports::Alert alert;
+    alert.title = localized("Restore Original Shortcut");
+    alert.defaultButton = localized("Restore");
+    alert.alternateButton = localized("Cancel");
+    if (conflict) {
+        alert.style = ports::AlertStyle::Critical;
+        alert.message = withTexts(
+            localized("Are you sure you want to restore the original keyboard shortcut for "
+                      "\"%@\"? Doing so will remove the shortcut from \"%@\" as it uses the same "
+                      "shortcut key as the original shortcut for this item."),
+            {title, conflict->title.toString()});
+    } else {
+        alert.style = ports::AlertStyle::Informational;
+        alert.message = withTexts(localized("Are you sure you want to restore the original "
+                                            "keyboard shortcut for \"%@\"?"),
+                                  {title});
+    }
+    std::optional<shortcuts::ShortcutRow> context;
+    if (conflict)
+        context = *conflict;
+    m_desktop.sheets.beginAlert(alert, scTable(), [this, row, context](int returnCode) {
+        restoreSheetDidEnd(*row, returnCode, context);
+    });
+}
+
+void TarnwellPref::restoreSheetDidEnd(const shortcuts::ShortcutRow &asked, int returnCode,
+                                      const std::optional<shortcuts::ShortcutRow> &contextInfo)
+{
+    if (returnCode != 1)
+        return;
+    // The list may have been rebuilt while the question was up. Only the item that was asked about
+    // is restored, as it stands now; and only the item that was named loses its shortcut to it.
+    const std::optional<shortcuts::ShortcutRow> row = selectedShortcut();
+    if (!row || !isSameItem(*row, asked)) {
+        doPopup(scPopup());
+        return;
+    }
+    const shortcuts::ShortcutRow *conflict =
+        findKey(row->originalTranslatedKey, row->originalModifiers, false);
+    if (conflict && !isSameItem(contextInfo, conflict)) {
+        doRestoreOriginal(nullptr);
+        return;
+    }
+
+    const auto wrapper = preferences();
+    wrapper->synchronize();
+    const plist::Dictionary stored =
+        wrapper->dictionaryForKey(prefs::keys::menuShortcuts).value_or(plist::Dictionary());
+    const plist::Array groups = stored.value(row->settingsKey).toArray();
+    if (!groups.isEmpty()) {
+        const shortcuts::RestoreResult result = shortcuts::restoreOriginal(
+            groups, *row, contextInfo ? &*contextInfo : nullptr, *m_scTranslator);
+        if (result.changed &&
+            !replaceShortcuts(stored,
+                              shortcuts::withGroups(stored, row->settingsKey, result.groups)))
+            return;
+        if (result.groupRemoved)
+            rebuildPopup();
+    }
+    doPopup(scPopup());
+}
+
+void TarnwellPref::doRemoveApp(QObject *)
+{
+    const QString settingsKey = selectedSettingsKey();
+    if (settingsKey.isNull())
+        return;
+    ports::Alert alert;
+    alert.style = ports::AlertStyle::Critical;
+    alert.title = localized("Remove All Shortcuts");
+    alert.message = withTexts(localized("Are you sure you want to remove all customized shortcuts "
+                                        "for \"%@\"? This action cannot be undone."),
+                              {scPopup()->currentText()});
+    alert.defaultButton = localized("Proceed");
+    alert.alternateButton = localized("Cancel");
+    m_desktop.sheets.beginAlert(alert, scTable(), [this, settingsKey](int returnCode) {
+        removeSheetDidEnd(settingsKey, returnCode);
+    });
+}
+
+void TarnwellPref::removeSheetDidEnd(const QString &askedSettingsKey, int returnCode)
+{
+    if (returnCode != 1)
+        return;
+    // Another application may be chosen by now, because this one went while the question was up.
+    if (selectedSettingsKey() == askedSettingsKey) {
+        const auto wrapper = preferences();
+        wrapper->synchronize();
+        const plist::Dictionary stored =
+            wrapper->dictionaryForKey(prefs::keys::menuShortcuts).value_or(plist::Dictionary());
+        if (!replaceShortcuts(stored, shortcuts::withGroups(stored, askedSettingsKey, {})))
+            return;
+    }
+    rebuildPopup();
+    doPopup(scPopup());
+}
+
+bool TarnwellPref::replaceShortcuts(const plist::Dictionary &present,
+                                    const plist::Dictionary &replacement)
+{
+    QString error;
+    if (!present.isEmpty() && !shortcutBackups().keep(present, &error)) {
+        showMessage(localized("Nothing Was Changed"),
+                    localized("The present shortcuts could not be kept for bringing them back: %1")
+                        .arg(error));
+        return false;
+    }
+    const auto wrapper = preferences();
+    if (replacement.isEmpty())
+        wrapper->removeObjectForKey(prefs::keys::menuShortcuts);
+    else
+        wrapper->setObject(plist::Value(replacement), prefs::keys::menuShortcuts);
+    wrapper->synchronize();
+    return true;
+}
+
+shortcuts::ShortcutBackups TarnwellPref::shortcutBackups() const
+{
+    return {
+        m_desktop.fileStore, m_desktop.clock,
+        m_desktop.fileManager.resolve(u"~/Library/Application Support/Varnit/Tarnwell/Backups"_s)};
+}
+
+} // namespace tarnwell::pane
