@@ -1,4 +1,6 @@
 find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets UiTools DBus LinguistTools)
+find_package(Qt6 6.4 REQUIRED COMPONENTS Qml OpenGL OpenGLWidgets)
+find_package(OpenGL REQUIRED COMPONENTS OpenGL EGL)
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(GIO REQUIRED IMPORTED_TARGET gio-2.0 gio-unix-2.0)
 pkg_check_modules(XKBCOMMON REQUIRED IMPORTED_TARGET xkbcommon)

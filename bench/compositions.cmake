@@ -1,0 +1,2 @@
+add_executable(compositions_benchmark ${CMAKE_CURRENT_LIST_DIR}/CompositionBenchmark.cpp)
+target_link_libraries(compositions_benchmark PRIVATE tarnwell_compositions benchmark::benchmark)

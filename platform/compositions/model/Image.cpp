@@ -1,0 +1,114 @@
+#include "compositions/model/Image.h"
+
+#include "compositions/Limits.h"
+
+#include <QBuffer>
+#include <QImageReader>
+
+namespace tarnwell::compositions {
+
+namespace {
+
+constexpr int bytesPerPixel = 4;
+/// An animation has at most that many pictures; its pixels are bounded by the budget.
+constexpr int maximumPictures = 10'000;
+
+bool isAllowed(QSize size)
+{
+    return size.width() > 0 && size.height() > 0 && size.width() <= limits::imageSide &&
+           size.height() <= limits::imageSide;
+}
+
+qint64 bytesOf(QSize size)
+{
+    return qint64(size.width()) * size.height() * bytesPerPixel;
+}
+
+} // namespace
+
+ImageBudget::ImageBudget(qint64 bytes)
+    : m_left(bytes)
+{}
+
+bool ImageBudget::take(qint64 bytes)
+{
+    if (m_left.fetch_sub(bytes) >= bytes) {
+        return true;
+    }
+    m_left += bytes;
+    return false;
+}
+
+Image::Image(Token, Kind kind, QSize size, std::shared_ptr<ImageBudget> budget, qint64 bytes)
+    : m_kind(kind)
+    , m_size(size)
+    , m_budget(std::move(budget))
+    , m_bytes(bytes)
+{}
+
+Image::~Image()
+{
+    if (m_budget) {
+        m_budget->giveBack(m_bytes);
+    }
+}
+
+ImageRef Image::fromBitmap(const QImage &bitmap, const std::shared_ptr<ImageBudget> &budget)
+{
+    if (!isAllowed(bitmap.size()) || !budget->take(bytesOf(bitmap.size()))) {
+        return {};
+    }
+    auto image = std::make_shared<Image>(Token{}, Kind::Bitmap, bitmap.size(), budget,
+                                         bytesOf(bitmap.size()));
+    image->m_bitmap = bitmap.convertToFormat(QImage::Format_RGBA8888_Premultiplied);
+    return image->m_bitmap.isNull() ? ImageRef{} : image;
+}
+
+ImageRef Image::rendered(QSize pixels, const std::shared_ptr<ImageBudget> &budget)
+{
+    if (!isAllowed(pixels) || !budget->take(bytesOf(pixels))) {
+        return {};
+    }
+    return std::make_shared<Image>(Token{}, Kind::Rendered, pixels, budget, bytesOf(pixels));
+}
+
+ImageRef Image::constant(const Color &color)
+{
+    auto image = std::make_shared<Image>(Token{}, Kind::Constant, QSize(1, 1), nullptr, 0);
+    image->m_color = color;
+    return image;
+}
+
+std::vector<ImageRef> decodeImages(const QByteArray &file, bool all,
+                                   const std::shared_ptr<ImageBudget> &budget)
+{
+    std::vector<ImageRef> images;
+    QBuffer buffer;
+    buffer.setData(file);
+    buffer.open(QIODevice::ReadOnly);
+    QImageReader reader(&buffer);
+    reader.setAutoTransform(true);
+    // The size is asked for before any pixel is decoded: a few bytes can promise gigabytes.
+    const QSize promised = reader.size();
+    if (!reader.canRead() ||
+        (promised.isValid() && (!isAllowed(promised) || bytesOf(promised) > budget->left()))) {
+        return images;
+    }
+    for (int i = 0; i < (all ? maximumPictures : 1); ++i) {
+        const QImage picture = reader.read();
+        if (picture.isNull()) {
+            break;
+        }
+        ImageRef image = Image::fromBitmap(picture, budget);
+        if (!image) {
+            break;
+        }
+        images.push_back(std::move(image));
+        if (!reader.canRead()) {
+            break;
+        }
+    }
+    return images;
+}
+
+} // namespace tarnwell::compositions

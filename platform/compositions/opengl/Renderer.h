@@ -1,0 +1,57 @@
+#pragma once
+
+#include "compositions/drawing/Frame.h"
+#include "compositions/opengl/TextureCache.h"
+
+#include <QString>
+
+namespace tarnwell::compositions {
+
+/// Draws frames with OpenGL 3.3 core or ES 3, into whatever framebuffer it is told, so that of a
+/// widget as well as one off screen. Every function wants the same context to be current.
+class Renderer
+{
+public:
+    Renderer() = default;
+    Q_DISABLE_COPY_MOVE(Renderer)
+
+    /// False, with the reason, when the context can't do what is needed.
+    bool initialize(QString *error = nullptr);
+    bool isInitialized() const { return m_program != 0; }
+
+    /// The result is opaque: what the frame leaves free is black. Changes the state of the context
+    /// and leaves the framebuffer bound.
+    void draw(const Frame &frame, unsigned framebuffer, QSize pixels);
+
+    /// Deletes all that it has in the context, for example before a widget gets another one.
+    void release();
+
+    const TextureCache &textures() const { return m_textures; }
+
+private:
+    void drawTarget(const RenderTarget &target, QSize pixels);
+    void apply(const ClearCommand &command);
+    void apply(const DrawCommand &command, QSize pixels);
+    void setState(const DrawCommand &command);
+    /// False when the image has nothing to show.
+    bool bindImage(const ImageRef &image, unsigned unit, int hasUniform, int flipUniform);
+    void upload(const Mesh &mesh);
+    int uploadLines(const DrawCommand &command, QSize pixels);
+
+    TextureCache m_textures;
+    unsigned m_program = 0;
+    unsigned m_vertexArray = 0;
+    unsigned m_buffer = 0;
+    MeshRef m_uploaded;
+    struct
+    {
+        int transform = -1;
+        int color = -1;
+        int hasImage = -1;
+        int flipImage = -1;
+        int hasMask = -1;
+        int flipMask = -1;
+    } m_uniforms;
+};
+
+} // namespace tarnwell::compositions

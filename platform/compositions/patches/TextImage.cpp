@@ -1,0 +1,90 @@
+#include "compositions/patches/TextImage.h"
+
+#include "compositions/drawing/Geometry.h"
+#include "compositions/evaluator/Context.h"
+#include "compositions/model/Image.h"
+#include "compositions/patches/Settings.h"
+
+#include <array>
+
+namespace tarnwell::compositions {
+
+using namespace Qt::StringLiterals;
+using Type = PortType;
+
+namespace {
+
+enum Input { String, FontName, GlyphSize, Width, Height, Leading, Kerning };
+enum Output { ImageOutput, WidthOutput, HeightOutput, LineCount, GlyphCount };
+
+constexpr std::array inputTable{PortDefinition{"inputString"_L1, Type::String},
+                                PortDefinition{"inputFontName"_L1, Type::String},
+                                PortDefinition{"inputGlyphSize"_L1, Type::Number, 0.1},
+                                PortDefinition{"inputWidth"_L1, Type::Number},
+                                PortDefinition{"inputHeight"_L1, Type::Number},
+                                PortDefinition{"inputLeading"_L1, Type::Number},
+                                PortDefinition{"inputKerning"_L1, Type::Number}};
+constexpr std::array outputTable{PortDefinition{"outputImage"_L1, Type::Image},
+                                 PortDefinition{"outputWidth"_L1, Type::Number},
+                                 PortDefinition{"outputHeight"_L1, Type::Number},
+                                 PortDefinition{"outputLineCount"_L1, Type::Index},
+                                 PortDefinition{"outputGlyphCount"_L1, Type::Index}};
+
+TextAlignment alignmentSetting(const NodeDescription &description, QLatin1StringView name)
+{
+    const QString text = description.setting(name).toString();
+    return text == "Centered"_L1    ? TextAlignment::Centered
+           : text == "Opposite"_L1  ? TextAlignment::Opposite
+           : text == "Justified"_L1 ? TextAlignment::Justified
+                                    : TextAlignment::Normal;
+}
+
+} // namespace
+
+std::span<const PortDefinition> TextImage::inputs()
+{
+    return inputTable;
+}
+
+std::span<const PortDefinition> TextImage::outputs()
+{
+    return outputTable;
+}
+
+TextImage::TextImage(const NodeDescription &description)
+    : m_measuresInPixels(flagSetting(description, "manualLayout"_L1))
+    , m_fontName(description.setting("fontName"_L1).toString())
+    , m_horizontal(alignmentSetting(description, "horizontalAlignment"_L1))
+    , m_vertical(alignmentSetting(description, "verticalAlignment"_L1))
+{}
+
+void TextImage::run(Context &context)
+{
+    const double unit = unitsPerPixel(context.destination());
+    const double scale = m_measuresInPixels ? 1.0 : 1.0 / unit;
+    const QString fontName = context.string(FontName);
+    const TextRequest request{.text = context.string(String),
+                              .fontName = fontName.isEmpty() ? m_fontName : fontName,
+                              .glyphSize = context.number(GlyphSize) * scale,
+                              .width = context.number(Width) * scale,
+                              .height = context.number(Height) * scale,
+                              .leading = context.number(Leading) * scale,
+                              .kerning = context.number(Kerning) * scale,
+                              .horizontal = m_horizontal,
+                              .vertical = m_vertical};
+    if (m_last != request) {
+        m_last = request;
+        int lines = 0;
+        context.set(ImageOutput, {}); // gives its memory back first
+        context.set(ImageOutput,
+                    Image::fromBitmap(paintText(request, &lines), context.imageBudget()));
+        context.set(LineCount, Value::index(lines));
+        context.set(GlyphCount, Value::index(request.text.size()));
+    }
+    const ImageRef image = context.output(ImageOutput).toImage();
+    const QSize size = image ? image->pixelSize() : QSize(0, 0);
+    context.set(WidthOutput, size.width() * unit);
+    context.set(HeightOutput, size.height() * unit);
+}
+
+} // namespace tarnwell::compositions

@@ -1,0 +1,149 @@
+#include "compositions/evaluator/Report.h"
+#include "compositions/opengl/OffscreenDestination.h"
+#include "compositions/reader/CompositionReader.h"
+#include "compositions/tool/CommandLine.h"
+
+#include <QDateTime>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QGuiApplication>
+#include <QImage>
+#include <QJsonDocument>
+
+#include <cstdio>
+
+namespace {
+
+using namespace tarnwell::compositions;
+
+enum ExitStatus { Drawn = 0, NoComposition = 1, Usage = 2, CannotDraw = 3 };
+
+/// Pictures at this rate count as the natural flow of time.
+constexpr double framesPerSecond = 60.0;
+/// The files themselves are small; something larger is certainly something else.
+constexpr qint64 largestFile = 512LL * 1024 * 1024;
+
+ExitStatus fail(ExitStatus status, const QString &reason)
+{
+    std::fprintf(stderr, "tarnwell-composition: %s\n", qPrintable(reason));
+    return status;
+}
+
+/// Seconds since 1 January 2001, 00:00 UTC.
+double systemTime()
+{
+    constexpr double epochOffset = 978'307'200.0;
+    return double(QDateTime::currentMSecsSinceEpoch()) / 1000.0 - epochOffset;
+}
+
+/// Draws frame after frame, a sixtieth of a second apart.
+void measure(Evaluator &evaluator, OffscreenDestination &destination, const CommandLine &line)
+{
+    qint64 evaluating = 0;
+    QElapsedTimer whole;
+    whole.start();
+    for (int i = 0; i < line.frames; ++i) {
+        QElapsedTimer timer;
+        timer.start();
+        const Frame frame = evaluator.evaluate({.time = line.time + i / framesPerSecond,
+                                                .systemTime = systemTime(),
+                                                .pixels = line.size});
+        evaluating += timer.nsecsElapsed();
+        destination.draw(frame);
+    }
+    const double seconds = double(whole.nsecsElapsed()) / 1e9;
+    std::printf("%d frames in %.3f s: %.1f a second, %.3f ms each, %.3f ms of it evaluation\n",
+                line.frames, seconds, line.frames / seconds, seconds * 1e3 / line.frames,
+                double(evaluating) / 1e6 / line.frames);
+}
+
+/// What remembers needs a past: the moments before the one to show are played quickly, the last
+/// few seconds at least.
+Frame playUpTo(Evaluator &evaluator, const CommandLine &line)
+{
+    constexpr double longestPast = 5.0;
+    constexpr double step = 1.0 / 30.0;
+    const double start = line.time > longestPast ? line.time - longestPast : 0.0;
+    FrameRequest request{.time = 0.0, .systemTime = systemTime(), .pixels = line.size};
+    if (line.time > 0.0) {
+        evaluator.evaluate(request);
+    }
+    for (int i = 1; start + i * step < line.time; ++i) {
+        request.time = start + i * step;
+        evaluator.evaluate(request);
+    }
+    request.time = line.time;
+    return evaluator.evaluate(request);
+}
+
+ExitStatus draw(Evaluator &evaluator, const CommandLine &line)
+{
+    QString error;
+    const auto destination = OffscreenDestination::create(line.size, &error);
+    if (!destination) {
+        return fail(CannotDraw, error);
+    }
+    destination->draw(playUpTo(evaluator, line));
+    if (!line.picture.isEmpty() && !destination->picture().save(line.picture, "PNG")) {
+        return fail(CannotDraw, QStringLiteral("%1 cannot be written").arg(line.picture));
+    }
+    if (line.frames > 0) {
+        measure(evaluator, *destination, line);
+    }
+    return Drawn;
+}
+
+ExitStatus run(const CommandLine &line)
+{
+    QFile file(line.file);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return fail(NoComposition, QStringLiteral("%1: %2").arg(line.file, file.errorString()));
+    }
+    QString error;
+    const auto composition = readComposition(file.read(largestFile), &error);
+    if (!composition) {
+        return fail(NoComposition,
+                    QStringLiteral("%1 is no composition: %2").arg(line.file, error));
+    }
+    Evaluator evaluator(
+        composition,
+        {.seed = 0, .locale = QLocale::system(), .timeZone = QTimeZone::systemTimeZone()});
+    for (const auto &[key, value] : line.inputs) {
+        if (!evaluator.setInput(key, value)) {
+            return fail(Usage, QStringLiteral("there is no input \"%1\"").arg(key));
+        }
+    }
+    if (line.showsInfo) {
+        std::fputs(QJsonDocument(describe(evaluator)).toJson().constData(), stdout);
+        if (line.picture.isEmpty() && line.frames == 0) {
+            return Drawn;
+        }
+    }
+    return draw(evaluator, line);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i) {
+        arguments.append(QString::fromLocal8Bit(argv[i]));
+    }
+    QString error;
+    const auto line = parseCommandLine(arguments, &error);
+    if (!line) {
+        std::fprintf(stderr, "tarnwell-composition: %s\n%s", qPrintable(error), usage);
+        return Usage;
+    }
+    if (line->showsInfo && line->picture.isEmpty() && line->frames == 0) {
+        const QCoreApplication application(argc, argv);
+        return run(*line);
+    }
+    // No window is ever shown: fonts are all that is wanted of a display, and they need none.
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    const QGuiApplication application(argc, argv);
+    return run(*line);
+}
