@@ -36,7 +36,7 @@ private:
 void typeEverything(const QByteArray &data, quint32 options)
 {
     constexpr qsizetype room = 16;
-    for (const quint32 modifiers : {0, 1, 2, 10, 255}) {
+    for (const quint32 modifiers : {0, 1, 255}) {
         quint32 state = 0;
         for (quint16 key = 0; key < 132; ++key) {
             const auto typed = foundation::UCKeyTranslate(data, key, foundation::KeyAction::Down,
