@@ -12,6 +12,8 @@ PaneDesktop::PaneDesktop(const ui::PaneContext &context)
     , m_keyboardLayouts(context.root)
     , m_distributedNotifications(m_timers)
     , m_systemFacts(context.root, desktop::LinuxSystemFacts::ownExecutablePath())
+    , m_runningApplications(m_bundles)
+    , m_openPanel(m_sheets, m_applications, m_runningApplications, m_workspace)
     , m_hostApplication(context.hostApplication)
 {
     // The tutorial is an application like any other, but for where it lies.
@@ -33,6 +35,9 @@ ports::Desktop PaneDesktop::ports()
             m_systemFacts,
             m_hostApplication,
             m_sheets,
+            m_openPanel,
+            m_httpFetcher,
+            m_tasks,
             m_fileStore};
 }
 

@@ -10,6 +10,9 @@
 #include "desktop/LocalFileManager.h"
 #include "desktop/LocalFileStore.h"
 #include "desktop/LocalNotifications.h"
+#include "desktop/ProcRunningApplications.h"
+#include "desktop/ProcessTasks.h"
+#include "desktop/QtHttpFetcher.h"
 #include "desktop/QtTimers.h"
 #include "desktop/SystemClock.h"
 #include "desktop/XkbKeyboardLayouts.h"
@@ -17,6 +20,7 @@
 #include "ports/Desktop.h"
 #include "prefs/ApplicationIdentity.h"
 #include "ui/PreferencePane.h"
+#include "ui/WidgetOpenPanel.h"
 #include "ui/WidgetSheets.h"
 
 #include <functional>
@@ -50,7 +54,11 @@ private:
     desktop::LocalNotifications m_localNotifications;
     desktop::DistributedNotifications m_distributedNotifications;
     desktop::LinuxSystemFacts m_systemFacts;
+    desktop::ProcRunningApplications m_runningApplications;
+    desktop::ProcessTasks m_tasks;
+    desktop::QtHttpFetcher m_httpFetcher;
     ui::WidgetSheets m_sheets;
+    ui::WidgetOpenPanel m_openPanel;
     desktop::LocalFileStore m_fileStore;
     ports::HostApplication &m_hostApplication;
     prefs::ApplicationIdentityCache m_identityCache;

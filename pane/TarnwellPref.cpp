@@ -9,6 +9,7 @@
 #include "prefs/PreferenceKeys.h"
 #include "shortcuts/LayoutKeyCommandTranslator.h"
 #include "shortcuts/ShortcutTableModel.h"
+#include "ui/FirstPaint.h"
 #include "ui/InterfaceFile.h"
 
 #include <QCoreApplication>
@@ -41,7 +42,8 @@ QWidget *TarnwellPref::loadMainView(QString *errorMessage)
 {
     loadTranslation();
     QStringList files;
-    for (const QString &name : {u"Main"_s, u"AboutSheet"_s, u"HotKeySheet"_s, u"TutorialSheet"_s}) {
+    for (const QString &name :
+         {u"Main"_s, u"AboutSheet"_s, u"HotKeySheet"_s, u"TutorialSheet"_s, u"BringBackSheet"_s}) {
         const QString path = m_bundle.resourcePath(name, u"ui"_s);
         if (path.isEmpty()) {
             *errorMessage = localized("The interface file \"%1\" is missing from the pane.")

@@ -14,6 +14,7 @@
 #include <QStringList>
 #include <QUrl>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -22,14 +23,19 @@ class QAbstractItemView;
 class QCheckBox;
 class QComboBox;
 class QDialog;
+class QKeyEvent;
 class QLabel;
 class QLineEdit;
+class QListWidget;
 class QPushButton;
 class QTableView;
 class QTextBrowser;
 class QTranslator;
 class QTreeView;
 
+namespace tarnwell::exclude {
+class ExcludeTableModel;
+}
 namespace tarnwell::hotkey {
 class LiTextField;
 class LiWindow;
@@ -45,10 +51,13 @@ struct IdentityContext;
 } // namespace tarnwell::prefs
 namespace tarnwell::shortcuts {
 class LayoutKeyCommandTranslator;
+class ShortcutBackups;
 struct PopupEntry;
+struct ShortcutCount;
 class ShortcutTableModel;
 } // namespace tarnwell::shortcuts
 namespace tarnwell::ui {
+class FirstPaint;
 class InterfaceFileLoader;
 class InterfaceOwner;
 struct InterfaceMismatch;
@@ -114,6 +123,7 @@ class TarnwellPref : public ui::PreferencePane
     TARNWELL_FIELD(QPushButton *, scRestoreButton, setScRestoreButton)
     TARNWELL_FIELD(hotkey::LiTextField *, hotKeyField, setMenuAccHotKeySheetField)
     TARNWELL_FIELD(QPushButton *, ieRemoveButton, setIeRemoveButton)
+    TARNWELL_FIELD(QPushButton *, ieExportButton, setIeExportButton)
     TARNWELL_FIELD(QPushButton *, scRemoveAppButton, setScRemoveAppButton)
     TARNWELL_FIELD(QDialog *, tutPanel, setTutPanel)
     TARNWELL_FIELD(QWidget *, previewView, setPreviewView)
@@ -122,6 +132,10 @@ class TarnwellPref : public ui::PreferencePane
     TARNWELL_FIELD(QLabel *, urlField, setUrlField)
     TARNWELL_FIELD(QLabel *, preInstructionView, setPreInstructionView)
     TARNWELL_FIELD(QPushButton *, mlSubscribeButton, setMlSubscribeButton)
+    TARNWELL_FIELD(QDialog *, bringBackSheet, setBringBackSheet)
+    TARNWELL_FIELD(QListWidget *, bringBackList, setBringBackList)
+    TARNWELL_FIELD(QLineEdit *, scFilterField, setScFilterField)
+    TARNWELL_FIELD(QPushButton *, scFilterKeysButton, setScFilterKeysButton)
 
 public:
     /// The services and the cache live longer than the pane; bundle is the pane's own.
@@ -147,6 +161,20 @@ public:
     void setVersionField();
     QIcon overlayIcon(const QIcon &baseIcon, const QString &withProductIcon);
 
+    // Sheets (pane/)
+    void doAbout(QObject *sender);
+    void scrollAboutText();
+    void doHelp(QObject *sender);
+    void showTutorialSheet();
+    void doTutorialSheet(QObject *sender);
+    void doTutorial(QObject *sender);
+    void doMLSubscribe(QObject *sender);
+    /// Does nothing; interface files may name it.
+    void doMLAction(QObject *sender);
+    /// Ends the sheet that the sender stands in, with the sender's tag.
+    void doSheetDismiss(QObject *sender);
+    void customSheetDidEnd(QWidget *sheet, int returnCode);
+
     // Shortcuts (shortcuts/)
     void rebuildPopup();
     void doPopup(QObject *sender);
@@ -154,6 +182,17 @@ public:
     void buildSCArray(const QString &settingsKey);
     /// Where the application of a settings key is installed; empty when it is not found.
     QUrl urlForAppID(const QString &identifier) const;
+    const shortcuts::ShortcutRow *findKey(const foundation::StyledString &key,
+                                          const plist::Value &withModifiers, bool inOriginal) const;
+    void doRestoreOriginal(QObject *sender);
+    /// Restores the item that was asked about, if it is still the selected one.
+    void restoreSheetDidEnd(const shortcuts::ShortcutRow &asked, int returnCode,
+                            const std::optional<shortcuts::ShortcutRow> &contextInfo);
+    void doRemoveApp(QObject *sender);
+    void removeSheetDidEnd(const QString &askedSettingsKey, int returnCode);
+    void doBringBack(QObject *sender);
+    void doExportShortcuts(QObject *sender);
+    void doImportShortcuts(QObject *sender);
     int numberOfRowsInTableView(const QTableView *table) const;
     std::optional<foundation::StyledString>
     objectValueForTableColumn(const QTableView *table, int columnIdentifier, int row) const;
@@ -166,6 +205,21 @@ public:
                                                const plist::Value &modifiers) const;
     foundation::StyledString smallFontFor(const std::optional<QString> &string, bool useBold,
                                           bool disabled) const;
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+    // Exclude list (exclude/)
+    /// Shows what is stored of the exclude list.
+    void buildIEList();
+    void ieAddApp(QObject *sender);
+    void ieOpenPanelDidEnd(const QStringList &panelPaths, int returnCode);
+    void ieRemoveApp(QObject *sender);
+    void ieHideCheckbox(QObject *sender);
+    void ieInternetCheckbox(QObject *sender);
+    /// Downloads the predefined list when that is due. Waits for the server, but not for long.
+    void ieCheckInternet();
+    void doExportExcludeList(QObject *sender);
+    void doImportExcludeList(QObject *sender);
 
     /// What interface file and controller do not share; empty once the interface is loaded well.
     const ui::InterfaceMismatch &interfaceMismatch() const { return *m_interfaceMismatch; }
@@ -184,10 +238,38 @@ private:
     void addOutlets(ui::InterfaceOwner &owner);
     void addActions(ui::InterfaceOwner &owner);
     void loadTranslation();
+    static QString withTexts(const QString &format, const QStringList &texts);
+    static QString countInWords(const shortcuts::ShortcutCount &count);
+    void showMessage(const QString &title, const QString &message);
+    static bool loadRichText(const QString &path, QTextBrowser *into);
+
     void setUpShortcutTable();
+    std::optional<shortcuts::ShortcutRow> selectedShortcut() const;
+    void rebuildPopupKeepingSelection();
+    shortcuts::ShortcutBackups shortcutBackups() const;
+    /// Keeps the present shortcuts and stores others in their place; none at all removes the key.
+    /// False, after telling the user, when the present ones could not be kept.
+    bool replaceShortcuts(const plist::Dictionary &present, const plist::Dictionary &replacement);
+    void askToBringBack(const QString &backup);
+    void askToImport(const QString &path);
     void reloadShortcutTable();
+    /// Has the table show other rows, the selected item staying selected.
+    void changeShownShortcuts(const std::function<void()> &change);
+    void setUpShortcutFilter();
+    void filterShortcutsByWords(const QString &text);
+    void filterShortcutsByKeys(bool on);
+    void showShortcutsWith(const QKeyEvent &press);
+    void offerTutorial(const prefs::CFPreferencesWrapper_Tarnwell &wrapper);
     void fillPopup(const QList<shortcuts::PopupEntry> &entries);
     QString selectedSettingsKey() const;
+    void setUpExcludeTable();
+    int selectedExcludeRow() const; ///< -1 for none
+    void selectExcludeRow(int row);
+    void updateExcludeButtons();
+    /// Has the check run when the pane is to be seen next.
+    void scheduleInternetCheck();
+    void cancelInternetCheck();
+    void askToImportExcludeList(const QString &path);
 
     ports::Desktop m_desktop;
     prefs::ApplicationIdentityCache &m_identityCache;
@@ -196,12 +278,19 @@ private:
     QLabel *m_versionField = nullptr;
     std::unique_ptr<ui::InterfaceMismatch> m_interfaceMismatch;
     std::unique_ptr<QTranslator> m_translator;
+    std::unique_ptr<ports::Timer> m_tutorialTimer;
+    float m_maximumAboutOffset = 0.0F; ///< computed when the text first scrolls, then kept
+    std::unique_ptr<QWidget> m_helpWindow;
+    QTextBrowser *m_helpText = nullptr; ///< in the help window
     /// Sheets of the interface; the main view belongs to the host.
     std::vector<std::unique_ptr<QWidget>> m_sheets;
     QPointer<QWidget> m_mainView;
     std::vector<std::unique_ptr<ports::Observation>> m_observations;
     std::unique_ptr<shortcuts::LayoutKeyCommandTranslator> m_scTranslator;
     shortcuts::ShortcutTableModel *m_scModel = nullptr; ///< a child of the table
+    exclude::ExcludeTableModel *m_ieModel = nullptr; ///< a child of the table
+    std::unique_ptr<ui::FirstPaint> m_ieFirstPaint;
+    std::unique_ptr<ports::Timer> m_ieInternetTimer;
 };
 
 } // namespace tarnwell::pane

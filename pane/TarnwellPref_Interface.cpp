@@ -11,6 +11,7 @@
 #include <QDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QPushButton>
 #include <QTableView>
 #include <QTextBrowser>
@@ -56,6 +57,7 @@ void TarnwellPref::addOutlets(ui::InterfaceOwner &owner)
     TARNWELL_OUTLET(QPushButton, scRestoreButton, setScRestoreButton);
     TARNWELL_OUTLET(hotkey::LiTextField, menuAccHotKeySheetField, setMenuAccHotKeySheetField);
     TARNWELL_OUTLET(QPushButton, ieRemoveButton, setIeRemoveButton);
+    TARNWELL_OUTLET(QPushButton, ieExportButton, setIeExportButton);
     TARNWELL_OUTLET(QPushButton, scRemoveAppButton, setScRemoveAppButton);
     TARNWELL_OUTLET(QDialog, tutPanel, setTutPanel);
     TARNWELL_OUTLET(QWidget, previewView, setPreviewView);
@@ -64,15 +66,40 @@ void TarnwellPref::addOutlets(ui::InterfaceOwner &owner)
     TARNWELL_OUTLET(QLabel, urlField, setUrlField);
     TARNWELL_OUTLET(QLabel, preInstructionView, setPreInstructionView);
     TARNWELL_OUTLET(QPushButton, mlSubscribeButton, setMlSubscribeButton);
+    TARNWELL_OUTLET(QDialog, bringBackSheet, setBringBackSheet);
+    TARNWELL_OUTLET(QListWidget, bringBackList, setBringBackList);
+    TARNWELL_OUTLET(QLineEdit, scFilterField, setScFilterField);
+    TARNWELL_OUTLET(QPushButton, scFilterKeysButton, setScFilterKeysButton);
 
 #undef TARNWELL_OUTLET
 }
 
 void TarnwellPref::addActions(ui::InterfaceOwner &owner)
 {
-    owner.addAction(u"doOptionsCheckboxes:"_s,
-                    [this](QObject *sender) { doOptionsCheckboxes(sender); });
-    owner.addAction(u"doPopup:"_s, [this](QObject *sender) { doPopup(sender); });
+#define TARNWELL_ACTION(name)                                                                      \
+    owner.addAction(QStringLiteral(#name ":"), [this](QObject *sender) { name(sender); })
+
+    TARNWELL_ACTION(doOptionsCheckboxes);
+    TARNWELL_ACTION(doPopup);
+    TARNWELL_ACTION(doRestoreOriginal);
+    TARNWELL_ACTION(doRemoveApp);
+    TARNWELL_ACTION(doBringBack);
+    TARNWELL_ACTION(doExportShortcuts);
+    TARNWELL_ACTION(doImportShortcuts);
+    TARNWELL_ACTION(doAbout);
+    TARNWELL_ACTION(doHelp);
+    TARNWELL_ACTION(doTutorial);
+    TARNWELL_ACTION(doTutorialSheet);
+    TARNWELL_ACTION(doMLSubscribe);
+    TARNWELL_ACTION(doSheetDismiss);
+    TARNWELL_ACTION(ieAddApp);
+    TARNWELL_ACTION(ieRemoveApp);
+    TARNWELL_ACTION(ieHideCheckbox);
+    TARNWELL_ACTION(ieInternetCheckbox);
+    TARNWELL_ACTION(doExportExcludeList);
+    TARNWELL_ACTION(doImportExcludeList);
+
+#undef TARNWELL_ACTION
 }
 
 } // namespace tarnwell::pane

@@ -11,6 +11,7 @@
 #include "ports/KeyboardLayouts.h"
 #include "ports/NotificationCenter.h"
 #include "ports/SystemFacts.h"
+#include "ports/Workspace.h"
 #include "prefs/PreferenceKeys.h"
 #include "shortcuts/ShortcutTableModel.h"
 
@@ -97,6 +98,7 @@ void TarnwellPref::awakeFromNib()
 void TarnwellPref::mainViewDidLoad()
 {
     setVersionField();
+    setUpExcludeTable();
     setUpShortcutTable();
     setScArray({});
 
@@ -139,25 +141,33 @@ void TarnwellPref::willSelect()
 {
     enabledCheckbox()->setEnabled(!zokMissing());
     m_desktop.applications.refresh();
+    buildIEList();
     rebuildPopup();
     doPopup(scPopup());
     m_desktop.hostApplication.setApplicationIcon(mPrefPaneIcon());
+    scheduleInternetCheck();
 }
 
 void TarnwellPref::willUnselect()
 {
+    cancelInternetCheck();
     m_desktop.hostApplication.setApplicationIcon(mSystemPrefsIcon());
 }
 
 void TarnwellPref::applicationDidBecomeActive(const ports::Notification &)
 {
-    const QVariant remembered = scPopup()->currentData();
     m_desktop.applications.refresh();
+    rebuildPopupKeepingSelection();
+    doPopup(scPopup());
+}
+
+void TarnwellPref::rebuildPopupKeepingSelection()
+{
+    const QVariant remembered = scPopup()->currentData();
     rebuildPopup();
     const int index = remembered.isValid() ? scPopup()->findData(remembered) : -1;
     if (index >= 0)
         scPopup()->setCurrentIndex(index);
-    doPopup(scPopup());
 }
 
 void TarnwellPref::tarnwellUpdate(const ports::Notification &notification)
@@ -202,7 +212,8 @@ QIcon TarnwellPref::overlayIcon(const QIcon &baseIcon, const QString &withProduc
 {
     const QFileInfo name(withProductIcon);
     const QString path = m_bundle.resourcePath(name.completeBaseName(), name.suffix());
-    return overlaidIcon(baseIcon, path.isEmpty() ? QIcon() : QIcon(path));
+    return overlaidIcon(baseIcon,
+                        path.isEmpty() ? QIcon() : m_desktop.workspace.iconFromImageFile(path));
 }
 
 } // namespace tarnwell::pane

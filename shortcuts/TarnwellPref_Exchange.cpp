@@ -15,6 +15,7 @@
 #include <QListWidget>
 #include <QLocale>
 #include <QPushButton>
+#include <QTableView>
 
 using namespace Qt::StringLiterals;
 

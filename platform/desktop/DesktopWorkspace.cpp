@@ -131,6 +131,11 @@ QIcon DesktopWorkspace::iconForFileType(const QString &extension) const
     return QIcon(new FileIconEngine([extension] { return sourceOfFileType(extension); }));
 }
 
+QIcon DesktopWorkspace::iconFromImageFile(const QString &path) const
+{
+    return QIcon(new FileIconEngine([path] { return IconSource{{path}, {}}; }));
+}
+
 bool DesktopWorkspace::openFile(const QString &path)
 {
     return !path.isEmpty() && QFileInfo::exists(path) &&

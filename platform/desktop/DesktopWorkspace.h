@@ -19,6 +19,7 @@ public:
 
     QIcon iconForFile(const QString &path) const override;
     QIcon iconForFileType(const QString &extension) const override;
+    QIcon iconFromImageFile(const QString &path) const override;
     bool openFile(const QString &path) override;
     bool openUrl(const QUrl &url) override;
 

@@ -19,6 +19,9 @@ public:
     /// The icon of files of a type, named by its extension without the dot.
     virtual QIcon iconForFileType(const QString &extension) const = 0;
 
+    /// The picture in an image file as an icon, loaded when it is first painted.
+    virtual QIcon iconFromImageFile(const QString &path) const = 0;
+
     /// Opens a file with its default application. False when there is none.
     virtual bool openFile(const QString &path) = 0;
 

@@ -60,6 +60,8 @@ public:
         return m_control.icon(extension);
     }
 
+    QIcon iconFromImageFile(const QString &path) const override { return m_control.icon(path); }
+
     bool openFile(const QString &path) override
     {
         m_control.openedFiles.append(path);

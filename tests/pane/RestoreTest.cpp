@@ -1,0 +1,282 @@
+#include "shortcuts/ShortcutArchive.h"
+#include "support/PaneFixture.h"
+#include "support/ShortcutRecords.h"
+
+#include <QComboBox>
+#include <QDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QTableView>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace tarnwell::tests {
+
+class Restore : public PaneFixture
+{
+protected:
+    void SetUp() override
+    {
+        home.addApplication(u"/Applications/Scribe.app"_s, u"com.example.scribe"_s, u"Scribe"_s);
+        home.addApplication(u"/Applications/Abacus.app"_s, u"com.example.abacus"_s, u"Abacus"_s);
+    }
+
+    static plist::Value items(const plist::Array &stored)
+    {
+        return plist::Array{plist::Value(group(u"File"_s, stored))};
+    }
+    static plist::Value changed(const QString &title, int original = 0x00, int now = 0x0B)
+    {
+        return plist::Value(changedItem(title, original, now));
+    }
+
+    void storeShortcuts(const plist::Dictionary &records)
+    {
+        store(u"MenuShortcuts"_s, plist::Value(records));
+    }
+    plist::Dictionary storedShortcuts() { return stored(u"MenuShortcuts"_s).toDictionary(); }
+
+    void select(const QString &item)
+    {
+        const QAbstractItemModel *model = pane->scTable()->model();
+        for (int row = 0; row < model->rowCount(); ++row) {
+            if (model->index(row, 0).data().toString() == item)
+                return pane->scTable()->selectRow(row);
+        }
+        FAIL() << "no row " << item.toStdString();
+    }
+    QStringList shownItems()
+    {
+        QStringList titles;
+        const QAbstractItemModel *model = pane->scTable()->model();
+        for (int row = 0; row < model->rowCount(); ++row)
+            titles.append(model->index(row, 0).data().toString());
+        return titles;
+    }
+    ports::Alert lastAlert() { return sheetsControl.alerts().last().alert; }
+    QStringList backups() { return fileStore.filesInFolder(backupFolder); }
+
+    const QString backupFolder =
+        u"/home/tester/Library/Application Support/Varnit/Tarnwell/Backups"_s;
+};
+
+TEST_F(Restore, AsksKeepsAndRestores)
+{
+    const plist::Dictionary before{
+        {u"com.example.scribe"_s, items({changed(u"Save"_s), changed(u"Open"_s)})}};
+    storeShortcuts(before);
+    showPane();
+    select(u"Save"_s);
+    pane->scRestoreButton()->click();
+    EXPECT_EQ(lastAlert().style, ports::AlertStyle::Informational);
+    EXPECT_EQ(lastAlert().title, u"Restore Original Shortcut"_s);
+    EXPECT_EQ(lastAlert().message,
+              u"Are you sure you want to restore the original keyboard shortcut for \"Save\"?"_s);
+    preferences.control().clearRecord();
+    sheetsControl.answer(0);
+    EXPECT_TRUE(preferences.control().writes().isEmpty());
+    EXPECT_TRUE(backups().isEmpty());
+
+    pane->scRestoreButton()->click();
+    sheetsControl.answer(1);
+    EXPECT_EQ(storedShortcuts(),
+              (plist::Dictionary{{u"com.example.scribe"_s, items({changed(u"Open"_s)})}}));
+    EXPECT_EQ(shownItems(), QStringList{u"Open"_s});
+    ASSERT_EQ(backups().size(), 1);
+    QString error;
+    EXPECT_EQ(shortcuts::readArchive(fileStoreControl.files.begin()->second, &error)->shortcuts,
+              before);
+    EXPECT_TRUE(distributedCenter.control().posted().isEmpty());
+}
+
+TEST_F(Restore, NamesTheItemThatLosesTheShortcut)
+{
+    storeShortcuts({{u"com.example.scribe"_s,
+                     items({changed(u"Save %@"_s), changed(u"Open"_s, 0x05, 0x00)})}});
+    showPane();
+    select(u"Save %@"_s);
+    pane->scRestoreButton()->click();
+    EXPECT_EQ(lastAlert().style, ports::AlertStyle::Critical);
+    EXPECT_TRUE(lastAlert().message.contains(u"for \"Save %@\"? Doing so will remove the shortcut "
+                                             "from \"Open\" as it uses"_s));
+    sheetsControl.answer(1);
+    const plist::Array left = storedShortcuts().value(u"com.example.scribe").toArray();
+    const plist::Dictionary open =
+        left.at(0).toDictionary().value(u"Keys").toArray().at(0).toDictionary();
+    EXPECT_EQ(open.value(u"NewKeyCommands").toDictionary().value(u"kc"), plist::Value(-1));
+    EXPECT_EQ(open.value(u"NewKeyCommands").toDictionary().value(u"mod"), plist::Value(0));
+}
+
+TEST_F(Restore, TouchesOnlyWhatWasAskedAbout)
+{
+    storeShortcuts({{u"com.example.scribe"_s, items({changed(u"Save"_s), changed(u"Open"_s)})}});
+    showPane();
+    select(u"Save"_s);
+    pane->scRestoreButton()->click();
+
+    // Meanwhile the item goes, and another one stands in its place.
+    const plist::Dictionary meanwhile{
+        {u"com.example.scribe"_s, items({changed(u"Open"_s), changed(u"Print"_s)})}};
+    storeShortcuts(meanwhile);
+    postRefresh();
+    sheetsControl.answer(1);
+    EXPECT_EQ(storedShortcuts(), meanwhile);
+
+    // Meanwhile somebody else takes the shortcut: that is a question of its own.
+    select(u"Open"_s);
+    pane->scRestoreButton()->click();
+    storeShortcuts(
+        {{u"com.example.scribe"_s, items({changed(u"Open"_s), changed(u"Print"_s, 0x09, 0x00)})}});
+    postRefresh();
+    sheetsControl.answer(1);
+    EXPECT_TRUE(lastAlert().message.contains(u"\"Print\""_s));
+    EXPECT_EQ(lastAlert().style, ports::AlertStyle::Critical);
+    sheetsControl.answer(1);
+    EXPECT_FALSE(shownItems().contains(u"Open"_s));
+}
+
+TEST_F(Restore, RestoringTheLastShortcutRemovesTheKey)
+{
+    storeShortcuts({{u"com.example.scribe"_s, items({changed(u"Save"_s)})}});
+    showPane();
+    select(u"Save"_s);
+    pane->scRestoreButton()->click();
+    sheetsControl.answer(1);
+    EXPECT_TRUE(stored(u"MenuShortcuts"_s).isNull());
+    EXPECT_EQ(pane->scPopup()->currentText(), u"No Applications Configured"_s);
+    EXPECT_FALSE(pane->scRestoreButton()->isEnabled());
+}
+
+TEST_F(Restore, RemovingAnApplicationLeavesTheOthers)
+{
+    const plist::Value abacus = items({changed(u"Add"_s)});
+    storeShortcuts({{u"com.example.scribe"_s, items({changed(u"Save"_s)})},
+                    {u"com.example.abacus"_s, abacus}});
+    showPane();
+    pane->scPopup()->setCurrentIndex(1);
+    pane->doPopup(pane->scPopup());
+    pane->scRemoveAppButton()->click();
+    EXPECT_EQ(lastAlert().style, ports::AlertStyle::Critical);
+    EXPECT_EQ(lastAlert().message,
+              u"Are you sure you want to remove all customized shortcuts for \"Scribe (Scribe)\"? "
+              "This action cannot be undone."_s);
+    sheetsControl.answer(1);
+    EXPECT_EQ(storedShortcuts(), (plist::Dictionary{{u"com.example.abacus"_s, abacus}}));
+    EXPECT_EQ(pane->scPopup()->currentText(), u"Abacus (Abacus)"_s);
+
+    // The application goes while the question is up: no other one is removed in its stead.
+    pane->scRemoveAppButton()->click();
+    const plist::Dictionary meanwhile{{u"com.example.scribe"_s, items({changed(u"Save"_s)})}};
+    storeShortcuts(meanwhile);
+    postRefresh();
+    sheetsControl.answer(1);
+    EXPECT_EQ(storedShortcuts(), meanwhile);
+}
+
+TEST_F(Restore, NothingIsReplacedThatCannotBeKept)
+{
+    const plist::Dictionary before{{u"com.example.scribe"_s, items({changed(u"Save"_s)})}};
+    storeShortcuts(before);
+    showPane();
+    fileStoreControl.writeError = u"No space left on device"_s;
+    pane->scRemoveAppButton()->click();
+    sheetsControl.answer(1);
+    EXPECT_EQ(storedShortcuts(), before);
+    EXPECT_EQ(lastAlert().title, u"Nothing Was Changed"_s);
+    EXPECT_TRUE(lastAlert().message.contains(u"No space left on device"_s));
+}
+
+TEST_F(Restore, WhatWasRemovedIsBroughtBack)
+{
+    const plist::Dictionary before{{u"com.example.scribe"_s, items({changed(u"Save"_s)})},
+                                   {u"com.example.abacus"_s, items({changed(u"Add"_s)})}};
+    storeShortcuts(before);
+    showPane();
+    find<QPushButton>("scBringBackButton")->click();
+    EXPECT_EQ(lastAlert().title, u"Nothing to Bring Back"_s);
+    sheetsControl.answer(1);
+
+    pane->scRemoveAppButton()->click();
+    sheetsControl.answer(1);
+    find<QPushButton>("scBringBackButton")->click();
+    ASSERT_TRUE(sheetsControl.isOpen(pane->bringBackSheet()));
+    ASSERT_EQ(pane->bringBackList()->count(), 1);
+    EXPECT_TRUE(
+        pane->bringBackList()->item(0)->text().contains(u"2 shortcuts of 2 applications"_s));
+    pane->bringBackSheet()->findChild<QPushButton *>(u"bringBackConfirmButton"_s)->click();
+    sheetsControl.turn();
+    EXPECT_EQ(lastAlert().title, u"Bring Back Shortcuts"_s);
+    sheetsControl.answer(1);
+    EXPECT_EQ(storedShortcuts(), before);
+    EXPECT_EQ(backups().size(), 2) << "what was replaced this time is kept as well";
+}
+
+TEST_F(Restore, ExportsAndImports)
+{
+    const plist::Dictionary before{{u"com.example.scribe"_s, items({changed(u"Save"_s)})}};
+    storeShortcuts(before);
+    showPane();
+    const QString path = u"/home/tester/shortcuts.plist"_s;
+    find<QPushButton>("scExportButton")->click();
+    EXPECT_EQ(openPanel.control().suggestedName(), u"Tarnwell Shortcuts.plist"_s);
+    openPanel.control().chooseFile(path);
+    ASSERT_TRUE(fileStoreControl.files.contains(path));
+
+    store(u"MenuShortcuts"_s, {});
+    pane->hostDidBecomeActive();
+    find<QPushButton>("scImportButton")->click();
+    openPanel.control().chooseFile(path);
+    EXPECT_TRUE(lastAlert().message.contains(u"adds 1, replaces 0 and leaves 0"_s));
+    EXPECT_TRUE(storedShortcuts().isEmpty()) << "nothing before the answer";
+    sheetsControl.answer(1);
+    EXPECT_EQ(storedShortcuts(), before);
+
+    find<QPushButton>("scImportButton")->click();
+    openPanel.control().chooseFile(path);
+    EXPECT_EQ(lastAlert().title, u"Nothing to Import"_s);
+    sheetsControl.answer(1);
+
+    fileStoreControl.files[path] = "damaged";
+    find<QPushButton>("scImportButton")->click();
+    openPanel.control().chooseFile(path);
+    EXPECT_EQ(lastAlert().title, u"Nothing Was Imported"_s);
+    EXPECT_TRUE(lastAlert().message.contains(path));
+    EXPECT_EQ(storedShortcuts(), before);
+}
+
+TEST_F(Restore, FilteredRowsActOnTheirOwnRecords)
+{
+    storeShortcuts(
+        {{u"com.example.scribe"_s, items({changed(u"Áccent"_s), changed(u"Open"_s, 0x01, 0x02),
+                                          changed(u"Save as"_s, 0x03, 0x05)})}});
+    showPane();
+    select(u"Save as"_s);
+    QTest::keyClicks(pane->scFilterField(), u"SAVE"_s);
+    EXPECT_EQ(shownItems(), QStringList{u"Save as"_s});
+    EXPECT_TRUE(pane->scRestoreButton()->isEnabled()) << "the item stays selected";
+    pane->scFilterField()->setText(u"accent file"_s);
+    EXPECT_EQ(shownItems(), QStringList{u"Áccent"_s});
+    EXPECT_FALSE(pane->scRestoreButton()->isEnabled());
+    select(u"Áccent"_s);
+    pane->scRestoreButton()->click();
+    EXPECT_TRUE(lastAlert().message.contains(u"\"Áccent\""_s));
+    sheetsControl.answer(1);
+    EXPECT_EQ(shownItems(), QStringList());
+    QTest::keyClick(pane->scFilterField(), Qt::Key_Escape);
+    EXPECT_EQ(shownItems(), (QStringList{u"Open"_s, u"Save as"_s}));
+
+    // By pressing keys: new and original shortcuts count, and the letters are not typed.
+    pane->scFilterKeysButton()->click();
+    QTest::keyClick(pane->scFilterField(), Qt::Key_D, Qt::MetaModifier);
+    EXPECT_EQ(pane->scFilterField()->text(), u"\u2318D"_s);
+    EXPECT_EQ(shownItems(), QStringList{u"Open"_s});
+    QTest::keyClick(pane->scFilterField(), Qt::Key_F, Qt::MetaModifier);
+    EXPECT_EQ(shownItems(), QStringList{u"Save as"_s});
+    pane->scFilterKeysButton()->click();
+    EXPECT_EQ(shownItems().size(), 2);
+}
+
+} // namespace tarnwell::tests
