@@ -49,7 +49,7 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"logarithms", u"ln(exp(2))+log(100)"_s, {}, 4}, Row{"notFinite", u"sqrt(0-1)"_s, {}, 0},
         Row{"exponent", u"1.5e2+.5"_s, {}, 150.5}, Row{"nameLikeFunction", u"sin+1"_s, {2}, 3},
         Row{"notBeforeNotEqual", u"!a!=b"_s, {0, 0}, 1}),
-    [](const auto &info) { return info.param.name; });
+    [](const auto &row) { return row.param.name; });
 
 TEST(Expression, NamesItsVariablesOnce)
 {

@@ -95,7 +95,7 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"roll", u"QCRangeValue"_s, range(7, 0, 5), u"outputRoll"_s, 2},
         Row{"rollBelow", u"QCRangeValue"_s, range(-1, 0, 5), u"outputRoll"_s, 4},
         Row{"rollNowhere", u"QCRangeValue"_s, range(7, 3, 3), u"outputRoll"_s, 3}),
-    [](const auto &info) { return info.param.name; });
+    [](const auto &row) { return row.param.name; });
 
 TEST(SmoothPatch, FollowsWithTheCurveOfEachDirection)
 {

@@ -156,7 +156,7 @@ INSTANTIATE_TEST_SUITE_P(
              u"09:00 +0900"_s),
         date("quotes", 0.0, {{u"format"_s, u"h 'o''clock'"_s}}, u"12 oclock"_s),
         date("farAway", 1e300, {{u"format"_s, u"yyyy"_s}}, u"9923"_s)),
-    [](const auto &info) { return info.param.name; });
+    [](const auto &row) { return row.param.name; });
 
 TEST(StringComponentsPatch, Splits)
 {
