@@ -2,6 +2,7 @@
 
 #include <QAbstractButton>
 #include <QEvent>
+#include <QFontMetrics>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMessageBox>
@@ -26,6 +27,8 @@ struct WidgetSheets::Entry
 };
 
 namespace {
+
+constexpr int charactersOfALine = 52;
 
 QAbstractButton *escapeButton(const QWidget *sheet)
 {
@@ -53,8 +56,13 @@ void setPlainText(QMessageBox &box, const Alert &alert)
     box.setText(alert.title);
     box.setInformativeText(alert.message);
     for (QLabel *label : box.findChildren<QLabel *>()) {
-        if (label->text() == alert.message)
+        if (label->text() == alert.message) {
             label->setTextFormat(Qt::PlainText);
+            // Left to itself, the box makes a column of it that is as narrow as its title.
+            const QFontMetrics metrics(label->font());
+            label->setMinimumWidth(std::min(metrics.averageCharWidth() * charactersOfALine,
+                                            metrics.horizontalAdvance(alert.message)));
+        }
         if (label->text() == alert.title) {
             QFont font = label->font();
             font.setBold(true);
@@ -230,8 +238,7 @@ bool WidgetSheets::eventFilter(QObject *watched, QEvent *event)
     if (Entry *entry = find(watched); entry && entry->shown && !entry->ended) {
         const bool isKey =
             event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
-        const bool escape =
-            isKey && static_cast<QKeyEvent *>(event)->matches(QKeySequence::Cancel);
+        const bool escape = isKey && static_cast<QKeyEvent *>(event)->matches(QKeySequence::Cancel);
         if (escape && event->type() == QEvent::ShortcutOverride) {
             // As a shortcut it would press its button with an animation, and only in a window
             // that the toolkit holds to be active.

@@ -21,18 +21,53 @@
     </message>
 </context>
 <context>
+    <name>BringBackSheet</name>
+    <message>
+        <source>Bring Back Shortcuts</source>
+        <translation>Tastenkürzel zurückholen</translation>
+    </message>
+    <message>
+        <source>&amp;Shortcuts as they were before:</source>
+        <translation>&amp;Tastenkürzel, wie sie vorher waren:</translation>
+    </message>
+    <message>
+        <source>Kept shortcuts</source>
+        <translation>Aufbewahrte Tastenkürzel</translation>
+    </message>
+    <message>
+        <source>The newest first, each with what it holds</source>
+        <translation>Die neuesten zuerst, jeweils mit dem, was sie enthalten</translation>
+    </message>
+    <message>
+        <source>&amp;Bring Back…</source>
+        <translation>&amp;Zurückholen …</translation>
+    </message>
+    <message>
+        <source>Bring Back</source>
+        <translation>Zurückholen</translation>
+    </message>
+    <message>
+        <source>Replaces the present shortcuts by the chosen ones, after asking</source>
+        <translation>Ersetzt nach einer Rückfrage die jetzigen Tastenkürzel durch die gewählten</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Closes this sheet and changes nothing</source>
+        <translation>Schließt dieses Fenster und ändert nichts</translation>
+    </message>
+</context>
+<context>
     <name>HotKeySheet</name>
     <message>
         <source>Set Hot Key</source>
         <translation>Kürzel festlegen</translation>
     </message>
     <message>
-        <source>Press the key combination that shall open the menus. It must hold Super, Control or Alt.</source>
-        <translation>Drücken Sie die Tastenkombination, die die Menüs öffnen soll. Sie muss Super, Strg oder Alt enthalten.</translation>
-    </message>
-    <message>
-        <source>&amp;Hot key:</source>
-        <translation>&amp;Tastenkürzel:</translation>
+        <source>Hot key:</source>
+        <translation>Tastenkürzel:</translation>
     </message>
     <message>
         <source>Hot key</source>
@@ -41,10 +76,6 @@
     <message>
         <source>Shows the key combination that was pressed last</source>
         <translation>Zeigt die zuletzt gedrückte Tastenkombination</translation>
-    </message>
-    <message>
-        <source>&amp;OK</source>
-        <translation>&amp;OK</translation>
     </message>
     <message>
         <source>OK</source>
@@ -122,6 +153,30 @@
         <translation>Sagt, wessen Tastenkürzel die Tabelle zeigt</translation>
     </message>
     <message>
+        <source>Filter by item, menu or shortcut</source>
+        <translation>Nach Menüpunkt, Menü oder Kürzel filtern</translation>
+    </message>
+    <message>
+        <source>Filter the shortcuts</source>
+        <translation>Tastenkürzel filtern</translation>
+    </message>
+    <message>
+        <source>Only rows that hold these words are shown</source>
+        <translation>Nur Zeilen mit diesen Wörtern werden gezeigt</translation>
+    </message>
+    <message>
+        <source>Press &amp;Keys</source>
+        <translation>Tasten d&amp;rücken</translation>
+    </message>
+    <message>
+        <source>Find by pressing keys</source>
+        <translation>Durch Drücken der Tasten finden</translation>
+    </message>
+    <message>
+        <source>Shows the rows with the shortcut that is pressed in the filter field</source>
+        <translation>Zeigt die Zeilen mit dem Tastenkürzel, das im Filterfeld gedrückt wird</translation>
+    </message>
+    <message>
         <source>Changed shortcuts</source>
         <translation>Geänderte Tastenkürzel</translation>
     </message>
@@ -156,6 +211,42 @@
     <message>
         <source>Gives the selected menu item its original shortcut back</source>
         <translation>Gibt dem ausgewählten Menüpunkt sein ursprüngliches Tastenkürzel zurück</translation>
+    </message>
+    <message>
+        <source>&amp;Bring Back…</source>
+        <translation>&amp;Zurückholen …</translation>
+    </message>
+    <message>
+        <source>Bring Back</source>
+        <translation>Zurückholen</translation>
+    </message>
+    <message>
+        <source>Lists the shortcuts that were replaced, to bring them back</source>
+        <translation>Listet ersetzte Tastenkürzel auf, um sie zurückzuholen</translation>
+    </message>
+    <message>
+        <source>Ex&amp;port…</source>
+        <translation>E&amp;xportieren …</translation>
+    </message>
+    <message>
+        <source>Export</source>
+        <translation>Exportieren</translation>
+    </message>
+    <message>
+        <source>Writes every changed shortcut to a file</source>
+        <translation>Schreibt alle geänderten Tastenkürzel in eine Datei</translation>
+    </message>
+    <message>
+        <source>&amp;Import…</source>
+        <translation>&amp;Importieren …</translation>
+    </message>
+    <message>
+        <source>Import</source>
+        <translation>Importieren</translation>
+    </message>
+    <message>
+        <source>Takes changed shortcuts from a file</source>
+        <translation>Übernimmt geänderte Tastenkürzel aus einer Datei</translation>
     </message>
     <message>
         <source>Remove A&amp;ll…</source>
@@ -208,6 +299,22 @@
     <message>
         <source>Takes the selected application off the list</source>
         <translation>Nimmt das ausgewählte Programm aus der Liste</translation>
+    </message>
+    <message>
+        <source>Export the exclude list</source>
+        <translation>Ausnahmeliste exportieren</translation>
+    </message>
+    <message>
+        <source>Writes the applications that you added to a file</source>
+        <translation>Schreibt die von Ihnen hinzugefügten Programme in eine Datei</translation>
+    </message>
+    <message>
+        <source>Import an exclude list</source>
+        <translation>Ausnahmeliste importieren</translation>
+    </message>
+    <message>
+        <source>Adds applications from a file</source>
+        <translation>Fügt Programme aus einer Datei hinzu</translation>
     </message>
     <message>
         <source>&amp;Hide predefined applications</source>
@@ -466,6 +573,161 @@
     </message>
 </context>
 <context>
+    <name>UpdaterPrivacy</name>
+    <message>
+        <source>Done</source>
+        <translation>Fertig</translation>
+    </message>
+    <message>
+        <source>Closes this sheet</source>
+        <translation>Schließt dieses Fenster</translation>
+    </message>
+</context>
+<context>
+    <name>UpdaterView</name>
+    <message>
+        <source>Done</source>
+        <translation>Fertig</translation>
+    </message>
+    <message>
+        <source>Closes this sheet</source>
+        <translation>Schließt dieses Fenster</translation>
+    </message>
+</context>
+<context>
+    <name>ExcludeListExchange</name>
+    <message>
+        <source>it is not a record</source>
+        <translation>er ist kein Datensatz</translation>
+    </message>
+    <message>
+        <source>the value of &quot;%1&quot; is of the wrong kind</source>
+        <translation>der Wert von „%1“ ist von falscher Art</translation>
+    </message>
+    <message>
+        <source>it has no &quot;%1&quot;</source>
+        <translation>ihm fehlt „%1“</translation>
+    </message>
+    <message>
+        <source>it is marked as predefined</source>
+        <translation>er ist als vordefiniert gekennzeichnet</translation>
+    </message>
+    <message>
+        <source>%1 and %2 more</source>
+        <translation>%1 und %2 weitere</translation>
+    </message>
+    <message>
+        <source>The file is damaged: %1</source>
+        <translation>Die Datei ist beschädigt: %1</translation>
+    </message>
+    <message>
+        <source>The file holds no exclude list that was exported from here.</source>
+        <translation>Die Datei enthält keine von hier exportierte Ausnahmeliste.</translation>
+    </message>
+    <message>
+        <source>The file was written by a version that is not known here.</source>
+        <translation>Die Datei stammt von einer Version, die hier nicht bekannt ist.</translation>
+    </message>
+    <message>
+        <source>The file is damaged: it has no list of applications.</source>
+        <translation>Die Datei ist beschädigt: Ihr fehlt die Liste der Programme.</translation>
+    </message>
+    <message>
+        <source>The file is damaged: entry %1 cannot be used, because %2.</source>
+        <translation>Die Datei ist beschädigt: Eintrag %1 ist nicht zu gebrauchen, denn %2.</translation>
+    </message>
+    <message>
+        <source>Nothing would be added.</source>
+        <translation>Nichts käme hinzu.</translation>
+    </message>
+    <message>
+        <source>These applications will be added: %1.</source>
+        <translation>Diese Programme kommen hinzu: %1.</translation>
+    </message>
+    <message>
+        <source>These are on the list already and stay as they are: %1.</source>
+        <translation>Diese stehen schon auf der Liste und bleiben, wie sie sind: %1.</translation>
+    </message>
+</context>
+<context>
+    <name>LocalFileStore</name>
+    <message>
+        <source>It is a folder.</source>
+        <translation>Es ist ein Ordner.</translation>
+    </message>
+    <message>
+        <source>It is larger than %1 MB.</source>
+        <translation>Die Datei ist größer als %1 MB.</translation>
+    </message>
+    <message>
+        <source>The folder &quot;%1&quot; cannot be made.</source>
+        <translation>Der Ordner „%1“ lässt sich nicht anlegen.</translation>
+    </message>
+</context>
+<context>
+    <name>ShortcutArchive</name>
+    <message>
+        <source>Application &quot;%1&quot;</source>
+        <translation>Programm „%1“</translation>
+    </message>
+    <message>
+        <source>, group %1</source>
+        <translation>, Gruppe %1</translation>
+    </message>
+    <message>
+        <source>, item %1</source>
+        <translation>, Eintrag %1</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is missing.</source>
+        <translation>„%1“ fehlt.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is not a dictionary.</source>
+        <translation>„%1“ ist kein Verzeichnis.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; in &quot;%2&quot; is not a number.</source>
+        <translation>„%1“ in „%2“ ist keine Zahl.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; in &quot;%2&quot; is not text.</source>
+        <translation>„%1“ in „%2“ ist kein Text.</translation>
+    </message>
+    <message>
+        <source>It is not a dictionary.</source>
+        <translation>Es ist kein Verzeichnis.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is not text.</source>
+        <translation>„%1“ ist kein Text.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is not an array.</source>
+        <translation>„%1“ ist keine Liste.</translation>
+    </message>
+    <message>
+        <source>Its groups are not an array.</source>
+        <translation>Seine Gruppen sind keine Liste.</translation>
+    </message>
+    <message>
+        <source>It is not a property list. %1</source>
+        <translation>Die Datei ist keine Property-Liste. %1</translation>
+    </message>
+    <message>
+        <source>It does not hold exported shortcuts.</source>
+        <translation>Die Datei enthält keine exportierten Tastenkürzel.</translation>
+    </message>
+    <message>
+        <source>It was written by a newer version of Tarnwell.</source>
+        <translation>Die Datei stammt von einer neueren Version von Tarnwell.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is missing or of the wrong type.</source>
+        <translation>„%1“ fehlt oder ist von falscher Art.</translation>
+    </message>
+</context>
+<context>
     <name>SpokenKeys</name>
     <message>
         <source>Shift</source>
@@ -617,6 +879,142 @@
     <message>
         <source>Never checked for updates.</source>
         <translation>Noch nie nach Updates gesucht.</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Nothing Was Changed</source>
+        <translation>Nichts wurde geändert</translation>
+    </message>
+    <message>
+        <source>The present shortcuts could not be kept for bringing them back: %1</source>
+        <translation>Die jetzigen Tastenkürzel konnten nicht zum Zurückholen aufbewahrt werden: %1</translation>
+    </message>
+    <message>
+        <source>Press the keys of a shortcut</source>
+        <translation>Tasten eines Kürzels drücken</translation>
+    </message>
+    <message>
+        <source>1 shortcut</source>
+        <translation>1 Tastenkürzel</translation>
+    </message>
+    <message>
+        <source>%1 shortcuts</source>
+        <translation>%1 Tastenkürzel</translation>
+    </message>
+    <message>
+        <source>1 application</source>
+        <translation>1 Programm</translation>
+    </message>
+    <message>
+        <source>%1 applications</source>
+        <translation>%1 Programme</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 von %2</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>Nothing to Bring Back</source>
+        <translation>Nichts zum Zurückholen</translation>
+    </message>
+    <message>
+        <source>Shortcuts are kept here whenever you restore or remove some.</source>
+        <translation>Hier werden Tastenkürzel aufbewahrt, wenn Sie welche wiederherstellen oder entfernen.</translation>
+    </message>
+    <message>
+        <source>These shortcuts cannot be read: %1</source>
+        <translation>Diese Tastenkürzel lassen sich nicht lesen: %1</translation>
+    </message>
+    <message>
+        <source>Bring Back Shortcuts</source>
+        <translation>Tastenkürzel zurückholen</translation>
+    </message>
+    <message>
+        <source>Bring Back</source>
+        <translation>Zurückholen</translation>
+    </message>
+    <message>
+        <source>Do you want to replace all present shortcuts by those of %1 (%2)? The present ones are kept, so that they can be brought back in turn.</source>
+        <translation>Möchten Sie alle jetzigen Tastenkürzel durch die vom %1 (%2) ersetzen? Die jetzigen werden aufbewahrt und lassen sich ihrerseits zurückholen.</translation>
+    </message>
+    <message>
+        <source>Export Shortcuts</source>
+        <translation>Tastenkürzel exportieren</translation>
+    </message>
+    <message>
+        <source>Tarnwell Shortcuts</source>
+        <translation>Tarnwell-Tastenkürzel</translation>
+    </message>
+    <message>
+        <source>The Shortcuts Were Not Exported</source>
+        <translation>Die Tastenkürzel wurden nicht exportiert</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; cannot be written: %2</source>
+        <translation>„%1“ lässt sich nicht schreiben: %2</translation>
+    </message>
+    <message>
+        <source>Import Shortcuts</source>
+        <translation>Tastenkürzel importieren</translation>
+    </message>
+    <message>
+        <source>Exported shortcuts (*.plist)</source>
+        <translation>Exportierte Tastenkürzel (*.plist)</translation>
+    </message>
+    <message>
+        <source>All files (*)</source>
+        <translation>Alle Dateien (*)</translation>
+    </message>
+    <message>
+        <source>Nothing Was Imported</source>
+        <translation>Nichts wurde importiert</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; cannot be imported. %2</source>
+        <translation>„%1“ lässt sich nicht importieren. %2</translation>
+    </message>
+    <message>
+        <source>Nothing to Import</source>
+        <translation>Nichts zu importieren</translation>
+    </message>
+    <message>
+        <source>You have every shortcut of &quot;%1&quot; already.</source>
+        <translation>Sie haben schon alle Tastenkürzel aus „%1“.</translation>
+    </message>
+    <message>
+        <source>The file holds %1. Importing it adds %2, replaces %3 and leaves %4 as they are. Do you want to import it?</source>
+        <translation>Die Datei enthält %1. Beim Import kommen %2 hinzu, %3 werden ersetzt, und %4 bleiben, wie sie sind. Möchten Sie sie importieren?</translation>
+    </message>
+    <message>
+        <source>Import</source>
+        <translation>Importieren</translation>
+    </message>
+    <message>
+        <source>Export Exclude List</source>
+        <translation>Ausnahmeliste exportieren</translation>
+    </message>
+    <message>
+        <source>Tarnwell Exclude List</source>
+        <translation>Tarnwell-Ausnahmeliste</translation>
+    </message>
+    <message>
+        <source>The Exclude List Was Not Exported</source>
+        <translation>Die Ausnahmeliste wurde nicht exportiert</translation>
+    </message>
+    <message>
+        <source>Import Exclude List</source>
+        <translation>Ausnahmeliste importieren</translation>
+    </message>
+    <message>
+        <source>Exported exclude lists (*.plist)</source>
+        <translation>Exportierte Ausnahmelisten (*.plist)</translation>
     </message>
 </context>
 </TS>
