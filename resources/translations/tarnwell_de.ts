@@ -66,6 +66,10 @@
         <translation>Kürzel festlegen</translation>
     </message>
     <message>
+        <source>Press the key combination that shall open the menus. It must hold Control, Option (Alt) or Command (Super).</source>
+        <translation>Drücken Sie die Tastenkombination, die die Menüs öffnen soll. Sie muss Control (Strg), Option (Alt) oder Command (Super) enthalten.</translation>
+    </message>
+    <message>
         <source>Hot key:</source>
         <translation>Tastenkürzel:</translation>
     </message>
@@ -202,7 +206,7 @@
     </message>
     <message>
         <source>&amp;Restore Original…</source>
-        <translation>&amp;Original wiederherstellen …</translation>
+        <translation>&amp;Wiederherstellen …</translation>
     </message>
     <message>
         <source>Restore Original</source>
@@ -575,6 +579,18 @@
 <context>
     <name>UpdaterPrivacy</name>
     <message>
+        <source>Privacy</source>
+        <translation>Datenschutz</translation>
+    </message>
+    <message>
+        <source>Privacy statement</source>
+        <translation>Datenschutzerklärung</translation>
+    </message>
+    <message>
+        <source>What a check for updates sends, and to whom</source>
+        <translation>Was die Suche nach Updates sendet, und an wen</translation>
+    </message>
+    <message>
         <source>Done</source>
         <translation>Fertig</translation>
     </message>
@@ -585,6 +601,78 @@
 </context>
 <context>
     <name>UpdaterView</name>
+    <message>
+        <source>Software Updates</source>
+        <translation>Softwareupdates</translation>
+    </message>
+    <message>
+        <source>Software updates</source>
+        <translation>Softwareupdates</translation>
+    </message>
+    <message>
+        <source>&amp;Check for updates automatically:</source>
+        <translation>Automatisch nach Updates &amp;suchen:</translation>
+    </message>
+    <message>
+        <source>Check for updates automatically</source>
+        <translation>Automatisch nach Updates suchen</translation>
+    </message>
+    <message>
+        <source>Looks for a newer version by itself, as often as is chosen beside</source>
+        <translation>Sucht von selbst nach einer neueren Version, so oft wie daneben gewählt</translation>
+    </message>
+    <message>
+        <source>How often</source>
+        <translation>Wie oft</translation>
+    </message>
+    <message>
+        <source>How much time passes between two automatic checks</source>
+        <translation>Wie viel Zeit zwischen zwei automatischen Suchen vergeht</translation>
+    </message>
+    <message>
+        <source>Daily</source>
+        <translation>Täglich</translation>
+    </message>
+    <message>
+        <source>Weekly</source>
+        <translation>Wöchentlich</translation>
+    </message>
+    <message>
+        <source>Monthly</source>
+        <translation>Monatlich</translation>
+    </message>
+    <message>
+        <source>&amp;Privacy…</source>
+        <translation>&amp;Datenschutz …</translation>
+    </message>
+    <message>
+        <source>Privacy</source>
+        <translation>Datenschutz</translation>
+    </message>
+    <message>
+        <source>Tells what a check for updates sends, and to whom</source>
+        <translation>Sagt, was die Suche nach Updates sendet, und an wen</translation>
+    </message>
+    <message>
+        <source>As of %@: %@</source>
+        <translation>Stand %@: %@</translation>
+    </message>
+    <message>
+        <source>A check is running</source>
+        <translation>Eine Suche läuft</translation>
+    </message>
+    <message>
+        <source>Check No&amp;w</source>
+        <translation>&amp;Jetzt suchen</translation>
+    </message>
+    <message>
+        <source>Check Now</source>
+        <translation>Jetzt suchen</translation>
+    </message>
+    <message>
+        <source>Looks for a newer version, or stops looking for one</source>
+        <translation>Sucht nach einer neueren Version oder bricht die Suche ab</translation>
+    </message>
     <message>
         <source>Done</source>
         <translation>Fertig</translation>
