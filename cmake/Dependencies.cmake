@@ -1,4 +1,4 @@
-find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets UiTools DBus LinguistTools)
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets UiTools DBus Network LinguistTools)
 find_package(Qt6 6.4 REQUIRED COMPONENTS Qml OpenGL OpenGLWidgets)
 find_package(OpenGL REQUIRED COMPONENTS OpenGL EGL)
 find_package(PkgConfig REQUIRED)

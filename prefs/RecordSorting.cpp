@@ -4,16 +4,16 @@
 
 namespace tarnwell::prefs {
 
-namespace {
-
-QString displayName(const ports::FileManager &fileManager, const plist::Dictionary &record)
+QString displayNameOf(const ports::FileManager &fileManager, const plist::Dictionary &record)
 {
     const plist::Value &path = record.value(u"Path");
-    return path.isString() ? fileManager.displayNameAtPath(path.toString())
-                           : record.value(u"DisplayName").toString();
+    const plist::Value &name = record.value(u"DisplayName");
+    if (!path.isString())
+        return name.toString();
+    if (const QString shown = fileManager.displayNameAtPath(path.toString()); !shown.isEmpty())
+        return shown;
+    return name.isString() ? name.toString() : path.toString().section(u'/', -1);
 }
-
-} // namespace
 
 int titleCompare(const QString &a, const QString &b)
 {
@@ -28,7 +28,7 @@ int titleCompare(const plist::Dictionary &a, const plist::Dictionary &b)
 int displayNameCompare(const ports::FileManager &fileManager, const plist::Dictionary &a,
                        const plist::Dictionary &b)
 {
-    return titleCompare(displayName(fileManager, a), displayName(fileManager, b));
+    return titleCompare(displayNameOf(fileManager, a), displayNameOf(fileManager, b));
 }
 
 } // namespace tarnwell::prefs

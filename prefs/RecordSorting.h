@@ -15,8 +15,12 @@ int titleCompare(const plist::Dictionary &a, const plist::Dictionary &b);
 /// The same order over the titles themselves, for records that are held in another form.
 int titleCompare(const QString &a, const QString &b);
 
-/// Orders exclude records by what the list shows of them, without regard to case: the file's
-/// display name for a record with a "Path", else its "DisplayName".
+/// What an exclude record is sorted by: the file's display name for a record with a "Path", else
+/// its "DisplayName". A file that is gone goes by the name that it was stored with, else by the
+/// last component of its path.
+QString displayNameOf(const ports::FileManager &fileManager, const plist::Dictionary &record);
+
+/// Orders exclude records by their names, without regard to case.
 int displayNameCompare(const ports::FileManager &fileManager, const plist::Dictionary &a,
                        const plist::Dictionary &b);
 

@@ -132,6 +132,16 @@ std::optional<Bundle> Bundle::open(const QString &path)
     return std::nullopt;
 }
 
+std::optional<Bundle> Bundle::ofPlainFolder(const QString &path)
+{
+    const QFileInfo place(QDir::cleanPath(QFileInfo(path).absoluteFilePath()));
+    if (path.isEmpty() || !place.isDir())
+        return std::nullopt;
+    auto data = std::make_shared<Data>();
+    data->path = data->contentsFolder = data->resourcesFolder = place.filePath();
+    return Bundle(std::move(data));
+}
+
 Bundle::Bundle(std::shared_ptr<const Data> data)
     : d(std::move(data))
 {}

@@ -19,6 +19,10 @@ public:
     /// The bundle at a path; nothing when there is none, or only a damaged one.
     static std::optional<Bundle> open(const QString &path);
 
+    /// Any folder, as a bundle that says nothing of itself: what a program counts as part of that
+    /// lies in no bundle. Nothing when there is no such folder.
+    static std::optional<Bundle> ofPlainFolder(const QString &path);
+
     /// The absolute path, without a slash at the end.
     QString path() const;
 

@@ -8,11 +8,14 @@ class Clock;
 class FileManager;
 class FileStore;
 class HostApplication;
+class HttpFetcher;
 class KeyboardLayouts;
 class NotificationCenter;
+class OpenPanel;
 class Preferences;
 class Sheets;
 class SystemFacts;
+class Tasks;
 class Timers;
 class Workspace;
 
@@ -33,6 +36,9 @@ struct Desktop
     SystemFacts &systemFacts;
     HostApplication &hostApplication;
     Sheets &sheets;
+    OpenPanel &openPanel;
+    HttpFetcher &httpFetcher;
+    Tasks &tasks;
     FileStore &fileStore;
 };
 

@@ -7,11 +7,14 @@
 #include "fakes/FakeFileStore.h"
 #include "fakes/FakeHome.h"
 #include "fakes/FakeHostApplication.h"
+#include "fakes/FakeHttpFetcher.h"
 #include "fakes/FakeKeyboardLayouts.h"
 #include "fakes/FakeNotificationCenter.h"
+#include "fakes/FakeOpenPanel.h"
 #include "fakes/FakePreferences.h"
 #include "fakes/FakeSheets.h"
 #include "fakes/FakeSystemFacts.h"
+#include "fakes/FakeTasks.h"
 #include "fakes/FakeTimers.h"
 #include "fakes/FakeWorkspace.h"
 #include "pane/TarnwellPref.h"
@@ -57,7 +60,8 @@ protected:
     {
         return {preferences, applications,      fileManager, bookmarks, keyboard.port(),
                 localCenter, distributedCenter, workspace,   clock,     timers,
-                systemFacts, hostApplication,   sheets, fileStore};
+                systemFacts, hostApplication,   sheets,      openPanel, httpFetcher,
+                tasks,       fileStore};
     }
 
     void store(const QString &key, const plist::Value &value)
@@ -97,6 +101,9 @@ protected:
     fakes::FakeHostApplication hostApplication{hostControl};
     fakes::SheetsControl sheetsControl;
     fakes::FakeSheets sheets{sheetsControl};
+    fakes::FakeOpenPanel openPanel;
+    fakes::FakeHttpFetcher httpFetcher;
+    fakes::FakeTasks tasks;
     fakes::FakeFileStoreControl fileStoreControl;
     fakes::FakeFileStore fileStore{fileStoreControl};
     prefs::ApplicationIdentityCache identityCache;

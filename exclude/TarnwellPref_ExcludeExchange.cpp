@@ -1,0 +1,86 @@
+// Taking the user's own part of the exclude list to a file and from one.
+
+#include "pane/TarnwellPref.h"
+
+#include "exclude/ExcludeListExchange.h"
+#include "exclude/ExcludeStore.h"
+#include "ports/FileStore.h"
+#include "ports/OpenPanel.h"
+#include "ports/Sheets.h"
+#include "prefs/PreferenceKeys.h"
+
+#include <QTableView>
+
+using namespace Qt::StringLiterals;
+
+namespace tarnwell::pane {
+
+namespace {
+
+constexpr qint64 importSizeLimit = 16 * 1024 * 1024;
+
+} // namespace
+
+void TarnwellPref::doExportExcludeList(QObject *)
+{
+    m_desktop.openPanel.chooseFileToSave(
+        localized("Export Exclude List"), localized("Tarnwell Exclude List") + ".plist"_L1,
+        m_mainView, [this](const QString &path) {
+            if (path.isEmpty())
+                return;
+            const auto stored =
+                exclude::CopyExcludeList(m_desktop.preferences, prefs::pluginDomain);
+            QString error;
+            if (!m_desktop.fileStore.writeFile(
+                    path, exclude::exportedList(stored.value_or(plist::Array())), &error))
+                showMessage(localized("The Exclude List Was Not Exported"),
+                            localized("\"%1\" cannot be written: %2").arg(path, error));
+        });
+}
+
+void TarnwellPref::doImportExcludeList(QObject *)
+{
+    m_desktop.openPanel.chooseFileToOpen(
+        localized("Import Exclude List"),
+        {localized("Exported exclude lists (*.plist)"), localized("All files (*)")}, m_mainView,
+        [this](const QString &path) {
+            if (!path.isEmpty())
+                askToImportExcludeList(path);
+        });
+}
+
+void TarnwellPref::askToImportExcludeList(const QString &path)
+{
+    QString error;
+    std::optional<plist::Array> imported;
+    if (const auto bytes = m_desktop.fileStore.readFile(path, importSizeLimit, &error))
+        imported = exclude::readExportedList(*bytes, &error);
+    if (!imported) {
+        showMessage(localized("Nothing Was Imported"),
+                    localized("\"%1\" cannot be imported. %2").arg(path, error));
+        return;
+    }
+    const auto plan = [this, records = *imported] {
+        const auto stored = exclude::CopyExcludeList(m_desktop.preferences, prefs::pluginDomain);
+        return exclude::planImport(records, stored.value_or(plist::Array()));
+    };
+    const exclude::ImportPlan asked = plan();
+    if (asked.added.isEmpty()) {
+        showMessage(localized("Nothing to Import"), exclude::description(asked));
+        return;
+    }
+    ports::Alert alert;
+    alert.title = localized("Import Exclude List");
+    alert.message = exclude::description(asked);
+    alert.defaultButton = localized("Import");
+    alert.alternateButton = localized("Cancel");
+    m_desktop.sheets.beginAlert(alert, m_mainView, [this, plan](int returnCode) {
+        if (returnCode != 1)
+            return;
+        // Planned again: others may have added the same while the question was up.
+        exclude::AppendToExcludeList(m_desktop.preferences, prefs::pluginDomain, plan().added);
+        buildIEList();
+    });
+}
+
+} // namespace tarnwell::pane

@@ -1,0 +1,4 @@
+list(APPEND desktop_sources
+    ProcRunningApplications.cpp
+    ProcessTasks.cpp
+    QtHttpFetcher.cpp)
