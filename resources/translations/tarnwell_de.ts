@@ -1105,4 +1105,61 @@
         <translation>Exportierte Ausnahmelisten (*.plist)</translation>
     </message>
 </context>
+<context>
+    <name>tarnwell::exclude::ExcludeTableModel</name>
+    <message>
+        <source>Predefined</source>
+        <translation>Vordefiniert</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwell::ui::ApplicationChooser</name>
+    <message>
+        <source>No application matches the search.</source>
+        <translation>Kein Programm passt zur Suche.</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Suchen</translation>
+    </message>
+    <message>
+        <source>Search applications</source>
+        <translation>Programme suchen</translation>
+    </message>
+    <message>
+        <source>Applications</source>
+        <translation>Programme</translation>
+    </message>
+    <message>
+        <source>&amp;Browse…</source>
+        <translation>&amp;Durchsuchen …</translation>
+    </message>
+    <message>
+        <source>Chooses a bundle, a desktop entry or a program that is not in the list</source>
+        <translation>Wählt ein Bündel, einen Menüeintrag oder ein Programm, das nicht in der Liste steht</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Chosen: %1</source>
+        <translation>Gewählt: %1</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwell::ui::ApplicationChooserModel</name>
+    <message>
+        <source>%1, running</source>
+        <translation>%1, läuft</translation>
+    </message>
+    <message>
+        <source>Running now</source>
+        <translation>Läuft gerade</translation>
+    </message>
+    <message>
+        <source>Running now – %1</source>
+        <translation>Läuft gerade – %1</translation>
+    </message>
+</context>
 </TS>
