@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QJSEngine>
+#include <QJSManagedValue>
 
 #include <condition_variable>
 #include <mutex>
@@ -22,12 +23,12 @@ constexpr int mostEngines = 64;
 // Functions of the language that do unbounded work in one step, where no interruption reaches:
 // they get bounds before any script runs. Buffers of raw memory have no use in a composition.
 constexpr auto boundaries = R"js(
-(function () {
+(function (world) {
     'use strict';
     var most = 1000000;
     ['ArrayBuffer', 'SharedArrayBuffer', 'Atomics', 'DataView', 'Int8Array', 'Uint8Array',
      'Uint8ClampedArray', 'Int16Array', 'Uint16Array', 'Int32Array', 'Uint32Array', 'Float32Array',
-     'Float64Array'].forEach(function (name) { delete globalThis[name]; });
+     'Float64Array'].forEach(function (name) { delete world[name]; });
 
     function replace(owner, name, isAllowed) {
         var original = owner[name];
@@ -98,8 +99,8 @@ constexpr auto boundaries = R"js(
                 { configurable: false, writable: false, value: guarded(original, name) });
         }
     });
-    globalThis._testMode = false;
-})();
+    world._testMode = false;
+})(this);
 )js"_L1;
 
 } // namespace
@@ -188,14 +189,30 @@ std::unique_ptr<QJSEngine> ScriptHost::makeEngine()
     return engine;
 }
 
+// Whatever a script throws counts as an error, a plain text too.
 QJSValue ScriptHost::evaluate(QJSEngine &engine, const QString &script)
 {
-    return supervise(engine, [&] { return engine.evaluate(script, u"composition"_s); });
+    return supervise(engine, [&] {
+        QStringList trace;
+        const QJSValue result = engine.evaluate(script, u"composition"_s, 1, &trace);
+        return trace.isEmpty() || result.isError()
+                   ? result
+                   : engine.newErrorObject(QJSValue::GenericError, result.toString());
+    });
 }
 
 QJSValue ScriptHost::call(QJSEngine &engine, QJSValue function, const QJSValueList &arguments)
 {
-    return supervise(engine, [&] { return function.call(arguments); });
+    return supervise(engine, [&] {
+        const QJSManagedValue callee(std::move(function), &engine);
+        const QJSValue result = callee.call(arguments);
+        if (!engine.hasError()) {
+            return result;
+        }
+        const QJSValue thrown = engine.catchError();
+        return thrown.isError() ? thrown
+                                : engine.newErrorObject(QJSValue::GenericError, thrown.toString());
+    });
 }
 
 template <typename Run>
