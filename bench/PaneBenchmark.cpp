@@ -13,6 +13,7 @@
 #include <QDBusMessage>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QLineEdit>
 #include <QLoggingCategory>
 #include <QProcess>
 #include <QTableView>
@@ -174,6 +175,32 @@ void signalToPaintedRow(benchmark::State &state)
     qunsetenv("DBUS_SESSION_BUS_ADDRESS");
 }
 
+/// A keystroke in the filter field over so many rows, and the first one, which has to read them.
+void filterKeystroke(benchmark::State &state)
+{
+    const LargeHome home(1, static_cast<int>(state.range(0)));
+    OpenPane open(home);
+    open.view->resize(720, 520);
+    open.view->show();
+    const QStringList texts{u"o"_s, u"op"_s, u"ope"_s, u"open p"_s, u"open pa"_s, u"x"_s};
+    QElapsedTimer timer;
+    timer.start();
+    open.pane.scFilterField()->setText(u"e"_s);
+    QCoreApplication::processEvents();
+    const double first = static_cast<double>(timer.nsecsElapsed()) / 1e6;
+    double worst = 0;
+    int next = 0;
+    for ([[maybe_unused]] auto _ : state) {
+        timer.start();
+        open.pane.scFilterField()->setText(texts.at(next++ % texts.size()));
+        QCoreApplication::processEvents();
+        worst = std::max(worst, static_cast<double>(timer.nsecsElapsed()) / 1e6);
+    }
+    state.counters["first_ms"] = first;
+    state.counters["worst_ms"] = worst;
+}
+
+BENCHMARK(filterKeystroke)->Arg(100000)->Unit(benchmark::kMillisecond);
 BENCHMARK(rebuildPopup)->Arg(100)->Arg(1000)->Unit(benchmark::kMillisecond);
 BENCHMARK(signalToPaintedRow)
     ->Arg(1000)
