@@ -65,7 +65,10 @@ constexpr auto boundaries = R"js(
         replace(String.prototype, name, function (self, given) { return !(Number(given[0]) > most); });
     });
     ['replace', 'replaceAll', 'split', 'match', 'search', 'concat', 'toUpperCase', 'toLowerCase'].forEach(function (name) {
-        replace(String.prototype, name, function (self) { return String(self).length <= most; });
+        replace(String.prototype, name, function (self, given) {
+            return String(self).length <= most
+                && (!(given[0] instanceof RegExp) || isHarmless(source.call(given[0]), self));
+        });
     });
 
     // A repeated group that itself repeats, or that has alternatives, can take time without end.
