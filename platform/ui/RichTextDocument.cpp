@@ -125,19 +125,39 @@ private:
             format.setLayoutDirection(Qt::RightToLeft);
         format.setLeftMargin(pixels(style.leftIndent));
         format.setRightMargin(pixels(style.rightIndent));
-        // A first line that hangs out further than the page goes would be cut off.
-        format.setTextIndent(pixels(std::max(style.firstLineIndent, -style.leftIndent)));
+        const double indent = shownIndent(style);
+        format.setTextIndent(pixels(indent));
         format.setTopMargin(pixels(style.spaceBefore));
         format.setBottomMargin(pixels(style.spaceAfter));
         if (style.lineHeight != 1)
             format.setLineHeight(style.lineHeight * 100, QTextBlockFormat::ProportionalHeight);
-        QList<QTextOption::Tab> tabs;
-        for (const RichTextTab &tab : style.tabs)
-            tabs.append({pixels(std::max(0.0, tab.position - style.leftIndent)), tabKind(tab.kind),
-                         tab.kind == RichTextTab::Kind::Decimal ? m_decimalPoint : QChar()});
-        if (!tabs.isEmpty())
-            format.setTabPositions(tabs);
+        if (const auto stops = tabs(style); !stops.isEmpty())
+            format.setTabPositions(stops);
         return format;
+    }
+
+    /// The indent of the first line; one that hangs out further than the page goes is cut off.
+    static double shownIndent(const RichTextParagraphStyle &style)
+    {
+        return std::max(style.firstLineIndent, -style.leftIndent);
+    }
+
+    /// The tab stops as the toolkit counts them: from where the first line begins.
+    QList<QTextOption::Tab> tabs(const RichTextParagraphStyle &style) const
+    {
+        const double indent = shownIndent(style);
+        QList<QTextOption::Tab> result;
+        for (const RichTextTab &tab : style.tabs) {
+            const double position = tab.position - style.leftIndent - indent;
+            if (position > 0)
+                result.append({pixels(position), tabKind(tab.kind),
+                               tab.kind == RichTextTab::Kind::Decimal ? m_decimalPoint : QChar()});
+        }
+        // Behind the bullet of a hanging line the text begins where that of the others does.
+        if (indent < 0)
+            result.append({pixels(-indent), QTextOption::LeftTab});
+        std::ranges::sort(result, {}, &QTextOption::Tab::position);
+        return result;
     }
 
     static Qt::Alignment alignment(const RichTextParagraphStyle &style)

@@ -69,7 +69,7 @@ protected:
         notifications.control().clearPosted();
     }
 
-    plist::Value stored() const
+    plist::Value stored()
     {
         return preferences.control().storedValue(prefs::keys::menuShortcuts, prefs::pluginDomain);
     }

@@ -131,6 +131,23 @@ TEST(RichTextDocument, sizesFollowTheDesktopsFont)
     EXPECT_DOUBLE_EQ(formatOf("\\fs2 a", lightPalette()).font().pointSizeF(), 6);
 }
 
+TEST(RichTextDocument, textBehindABulletBeginsWhereItsOtherLinesDo)
+{
+    QTextDocument document;
+    QFont font;
+    font.setPixelSize(12); // a pixel is a point
+    fillDocument(document,
+                 parseRichText("{\\rtf1\\li400\\fi-200\\tx300\\tx1000{\\listtext\\bullet\\tab}a}"),
+                 {font, lightPalette()}, {});
+    const QTextBlockFormat format = document.firstBlock().blockFormat();
+    EXPECT_EQ(format.leftMargin(), 20);
+    EXPECT_EQ(format.textIndent(), -10);
+    QList<qreal> stops;
+    for (const QTextOption::Tab &tab : format.tabPositions())
+        stops.append(tab.position);
+    EXPECT_EQ(stops, (QList<qreal>{5, 10, 40}));
+}
+
 TEST(RichTextDocument, linksLeadToTheWebAndToMailAlone)
 {
     const auto link = [](const char *address) {
