@@ -77,20 +77,6 @@ void stringRange(Context &context)
     context.set(0, text.mid(first, std::min<qint64>(context.index(2), text.size() - first)));
 }
 
-void replaceString(Context &context)
-{
-    QString text = context.string(0);
-    const QString search = context.string(1);
-    const QString replacement = context.string(2);
-    const auto sensitivity = context.boolean(3) ? Qt::CaseSensitive : Qt::CaseInsensitive;
-    // Counted first: a short text can ask for a result that fits no memory.
-    const qint64 count = search.isEmpty() ? 0 : text.count(search, sensitivity);
-    if (count > 0 && text.size() + count * replacement.size() <= limits::stringLength) {
-        text.replace(search, replacement, sensitivity);
-    }
-    context.set(0, text);
-}
-
 void changeCase(Context &context)
 {
     QString text = context.string(0);
@@ -160,10 +146,6 @@ constexpr std::array lengthOutputs{PortDefinition{"outputLength"_L1, Type::Index
 constexpr std::array rangeInputs{PortDefinition{"inputString"_L1, Type::String},
                                  PortDefinition{"inputIndex"_L1, Type::Index},
                                  PortDefinition{"inputLength"_L1, Type::Index, 1.0}};
-constexpr std::array replaceInputs{PortDefinition{"inputSourceString"_L1, Type::String},
-                                   PortDefinition{"inputSearchString"_L1, Type::String},
-                                   PortDefinition{"inputReplaceString"_L1, Type::String},
-                                   PortDefinition{"inputCaseSensitive"_L1, Type::Boolean, 1.0}};
 constexpr std::array caseInputs{PortDefinition{"inputString"_L1, Type::String},
                                 PortDefinition{"inputCase"_L1, Type::Index}};
 constexpr std::array numberInputs{PortDefinition{"inputNumber"_L1, Type::Number}};
@@ -193,10 +175,6 @@ const std::array definitions{
                     .inputs = rangeInputs,
                     .outputs = stringOutput,
                     .run = stringRange},
-    PatchDefinition{.className = "QCStringReplace"_L1,
-                    .inputs = replaceInputs,
-                    .outputs = stringOutput,
-                    .run = replaceString},
     PatchDefinition{.className = "QCStringCase"_L1,
                     .inputs = caseInputs,
                     .outputs = stringOutput,
