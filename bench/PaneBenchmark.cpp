@@ -184,20 +184,28 @@ void filterKeystroke(benchmark::State &state)
     open.view->show();
     const QStringList texts{u"o"_s, u"op"_s, u"ope"_s, u"open p"_s, u"open pa"_s, u"x"_s};
     QElapsedTimer timer;
+    // The field has had the focus for a moment when the first letter comes.
+    open.view->activateWindow();
+    open.pane.scFilterField()->setFocus();
+    timer.start();
+    while (timer.elapsed() < 1000)
+        QCoreApplication::processEvents();
     timer.start();
     open.pane.scFilterField()->setText(u"e"_s);
     QCoreApplication::processEvents();
     const double first = static_cast<double>(timer.nsecsElapsed()) / 1e6;
-    double worst = 0;
+    std::vector<double> milliseconds;
     int next = 0;
     for ([[maybe_unused]] auto _ : state) {
         timer.start();
         open.pane.scFilterField()->setText(texts.at(next++ % texts.size()));
         QCoreApplication::processEvents();
-        worst = std::max(worst, static_cast<double>(timer.nsecsElapsed()) / 1e6);
+        milliseconds.push_back(static_cast<double>(timer.nsecsElapsed()) / 1e6);
     }
     state.counters["first_ms"] = first;
-    state.counters["worst_ms"] = worst;
+    std::sort(milliseconds.begin(), milliseconds.end());
+    state.counters["median_ms"] = milliseconds[milliseconds.size() / 2];
+    state.counters["worst_ms"] = milliseconds.back();
 }
 
 BENCHMARK(filterKeystroke)->Arg(100000)->Unit(benchmark::kMillisecond);

@@ -26,6 +26,8 @@ public:
 
     bool isEmpty() const { return m_words.isEmpty() && m_shortcut.isEmpty(); }
     bool needsSearchText() const { return !m_words.isEmpty(); }
+    /// Whether it accepts only rows that another one accepts, too.
+    bool narrows(const ShortcutFilter &other) const;
     /// Without words to look for, the search text may be empty.
     bool accepts(const ShortcutRow &row, const QString &searchText) const;
 

@@ -3,6 +3,7 @@
 #include "shortcuts/ShortcutCells.h"
 
 #include <algorithm>
+#include <numeric>
 
 namespace tarnwell::shortcuts {
 
@@ -31,26 +32,42 @@ void ShortcutTableModel::setFilter(const ShortcutFilter &filter)
     if (filter == m_filter)
         return;
     beginResetModel();
+    const bool narrower = filter.narrows(m_filter);
     m_filter = filter;
-    applyFilter();
+    if (narrower)
+        narrowShown();
+    else
+        applyFilter();
     endResetModel();
+}
+
+bool ShortcutTableModel::prepareSearch(qsizetype rows)
+{
+    const qsizetype end = std::min(m_searchTexts.size() + rows, m_rows.size());
+    m_searchTexts.reserve(m_rows.size());
+    for (qsizetype i = m_searchTexts.size(); i < end; ++i)
+        m_searchTexts.append(searchText(m_rows.at(i)));
+    return end < m_rows.size();
 }
 
 void ShortcutTableModel::applyFilter()
 {
-    m_shown.clear();
-    m_shown.reserve(m_rows.size());
-    if (m_filter.needsSearchText() && m_searchTexts.isEmpty()) {
-        m_searchTexts.reserve(m_rows.size());
-        for (const ShortcutRow &row : std::as_const(m_rows))
-            m_searchTexts.append(searchText(row));
-    }
+    m_shown.resize(m_rows.size());
+    std::iota(m_shown.begin(), m_shown.end(), qsizetype(0));
+    narrowShown();
+}
+
+void ShortcutTableModel::narrowShown()
+{
+    if (m_filter.isEmpty())
+        return;
+    if (m_filter.needsSearchText())
+        prepareSearch(m_rows.size());
     const QString none;
-    for (qsizetype i = 0; i < m_rows.size(); ++i) {
-        const QString &text = m_filter.needsSearchText() ? m_searchTexts.at(i) : none;
-        if (m_filter.isEmpty() || m_filter.accepts(m_rows.at(i), text))
-            m_shown.append(i);
-    }
+    m_shown.removeIf([&](qsizetype i) {
+        return !m_filter.accepts(m_rows.at(i),
+                                 m_filter.needsSearchText() ? m_searchTexts.at(i) : none);
+    });
 }
 
 int ShortcutTableModel::indexOf(const ShortcutRow &row) const

@@ -31,6 +31,9 @@ public:
     void setFilter(const ShortcutFilter &filter);
     const ShortcutFilter &filter() const { return m_filter; }
 
+    /// Reads so many more rows for searching, ahead of the first word. False when all are read.
+    bool prepareSearch(qsizetype rows);
+
     /// The record that a shown row presents.
     const ShortcutRow &shownRow(int row) const { return m_rows.at(m_shown.at(row)); }
 
@@ -47,10 +50,11 @@ private:
     QList<int> m_columns;
     QStringList m_headings;
     void applyFilter();
+    void narrowShown();
 
     QList<ShortcutRow> m_rows;
     QList<qsizetype> m_shown;  ///< the rows that the filter accepts, in order
-    QStringList m_searchTexts; ///< of all rows, once somebody searched them
+    QStringList m_searchTexts; ///< of the first rows, as far as they were read
     ShortcutFilter m_filter;
 };
 

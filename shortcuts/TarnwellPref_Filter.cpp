@@ -3,6 +3,7 @@
 #include "pane/TarnwellPref.h"
 
 #include "hotkey/KeyEvents.h"
+#include "ports/Timers.h"
 #include "shortcuts/KeyTranslation.h"
 #include "shortcuts/ShortcutCells.h"
 #include "shortcuts/ShortcutTableModel.h"
@@ -38,6 +39,16 @@ void TarnwellPref::setUpShortcutFilter()
     scFilterField()->installEventFilter(this);
 }
 
+void TarnwellPref::prepareFilter()
+{
+    // A slice a turn of the event loop, so that neither the focus nor the first letter has to wait
+    // for a hundred thousand rows.
+    constexpr qsizetype rowsOfASlice = 4000;
+    m_filterTimer.reset();
+    if (m_scModel->prepareSearch(rowsOfASlice))
+        m_filterTimer = m_desktop.timers.scheduleOnce(0.0, [this] { prepareFilter(); });
+}
+
 void TarnwellPref::filterShortcutsByWords(const QString &text)
 {
     // While keys are recorded the field shows them and searches for no words; only clearing it
@@ -60,6 +71,8 @@ void TarnwellPref::filterShortcutsByKeys(bool on)
 
 bool TarnwellPref::eventFilter(QObject *watched, QEvent *event)
 {
+    if (watched == scFilterField() && event->type() == QEvent::FocusIn)
+        prepareFilter();
     const bool isKey =
         event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
     if (watched != scFilterField() || !isKey)

@@ -5,13 +5,16 @@
 #include "fakes/FakeClock.h"
 #include "fakes/FakeFileManager.h"
 #include "fakes/FakeFileStore.h"
+#include "fakes/FakeGlobalShortcuts.h"
 #include "fakes/FakeHome.h"
 #include "fakes/FakeHostApplication.h"
 #include "fakes/FakeHttpFetcher.h"
 #include "fakes/FakeKeyboardLayouts.h"
+#include "fakes/FakeLockFiles.h"
 #include "fakes/FakeNotificationCenter.h"
 #include "fakes/FakeOpenPanel.h"
 #include "fakes/FakePreferences.h"
+#include "fakes/FakeSession.h"
 #include "fakes/FakeSheets.h"
 #include "fakes/FakeSystemFacts.h"
 #include "fakes/FakeTasks.h"
@@ -31,6 +34,14 @@ namespace tarnwell::tests {
 class PaneFixture : public testing::Test
 {
 protected:
+    /// The home of somebody who has opened the pane before: the hot key is chosen, so that opening
+    /// it again stores nothing.
+    PaneFixture()
+    {
+        store(prefs::keys::menuAccKeyCode, 0x2E);
+        store(prefs::keys::menuAccMods, 6);
+    }
+
     /// Makes the pane and its view, as a host does up to the first showing.
     void openPane()
     {
@@ -61,7 +72,8 @@ protected:
         return {preferences, applications,      fileManager, bookmarks, keyboard.port(),
                 localCenter, distributedCenter, workspace,   clock,     timers,
                 systemFacts, hostApplication,   sheets,      openPanel, httpFetcher,
-                tasks,       fileStore};
+                tasks,       fileStore,         session,     lockFiles,
+                globalShortcuts};
     }
 
     void store(const QString &key, const plist::Value &value)
@@ -106,6 +118,9 @@ protected:
     fakes::FakeTasks tasks;
     fakes::FakeFileStoreControl fileStoreControl;
     fakes::FakeFileStore fileStore{fileStoreControl};
+    fakes::FakeSession session;
+    fakes::FakeLockFiles lockFiles;
+    fakes::FakeGlobalShortcuts globalShortcuts;
     prefs::ApplicationIdentityCache identityCache;
     std::unique_ptr<pane::TarnwellPref> pane;
     std::unique_ptr<QWidget> view;
