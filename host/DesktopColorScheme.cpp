@@ -1,7 +1,6 @@
 #include "host/DesktopColorScheme.h"
 
 #include <QDBusConnection>
-#include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
@@ -40,9 +39,10 @@ void DesktopColorScheme::start()
     auto bus = QDBusConnection::sessionBus();
     if (!bus.isConnected())
         return;
-    // Without a service name the bus needs no round trip to learn who owns it.
+    // The whole message is taken, since a slot with a variant is not accepted by every release of
+    // the toolkit. Without a service name the bus needs no round trip to learn who owns it.
     bus.connect(QString(), QString(portalPath), QString(settingsInterface), u"SettingChanged"_s,
-                this, SLOT(settingChanged(QString, QString, QDBusVariant)));
+                this, SLOT(settingChanged(QDBusMessage)));
     auto read = QDBusMessage::createMethodCall(QString(portalService), QString(portalPath),
                                                QString(settingsInterface), u"Read"_s);
     read << QString(appearanceGroup) << QString(colorSchemeKey);
@@ -58,11 +58,12 @@ void DesktopColorScheme::answered(QDBusPendingCallWatcher *call)
         Q_EMIT changed(schemeFrom(QVariant::fromValue(reply.value())));
 }
 
-void DesktopColorScheme::settingChanged(const QString &group, const QString &key,
-                                        const QDBusVariant &value)
+void DesktopColorScheme::settingChanged(const QDBusMessage &message)
 {
-    if (group == appearanceGroup && key == colorSchemeKey)
-        Q_EMIT changed(schemeFrom(value.variant()));
+    const QVariantList arguments = message.arguments();
+    if (message.signature() == "ssv"_L1 && arguments.at(0) == QString(appearanceGroup) &&
+        arguments.at(1) == QString(colorSchemeKey))
+        Q_EMIT changed(schemeFrom(arguments.at(2)));
 }
 
 } // namespace tarnwell::host

@@ -2,10 +2,10 @@
 
 #include "host/Options.h"
 
+#include <QDBusMessage>
 #include <QObject>
 
 class QDBusPendingCallWatcher;
-class QDBusVariant;
 
 namespace tarnwell::host {
 
@@ -25,7 +25,7 @@ Q_SIGNALS:
     void changed(tarnwell::host::ColorScheme scheme);
 
 private Q_SLOTS:
-    void settingChanged(const QString &group, const QString &key, const QDBusVariant &value);
+    void settingChanged(const QDBusMessage &message);
 
 private:
     void answered(QDBusPendingCallWatcher *call);
