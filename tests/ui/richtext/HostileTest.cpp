@@ -20,8 +20,8 @@ qsizetype textSize(const RichText &text)
 
 TEST(HostileRichText, groupsWithoutEndOrBottom)
 {
-    const QByteArray deep("{\\rtf1 a" + QByteArray(500'000, '{') + "b" +
-                          QByteArray(500'000, '}') + "c}");
+    const QByteArray deep("{\\rtf1 a" + QByteArray(500'000, '{') + "b" + QByteArray(500'000, '}') +
+                          "c}");
     EXPECT_EQ(parseRichText(deep).paragraphs.at(0).text(), QStringLiteral("ac"));
     EXPECT_EQ(textSize(parseRichText("{\\rtf1 a" + QByteArray(500'000, '}'))), 1);
 }
