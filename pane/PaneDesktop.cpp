@@ -14,6 +14,7 @@ PaneDesktop::PaneDesktop(const ui::PaneContext &context)
     , m_systemFacts(context.root, desktop::LinuxSystemFacts::ownExecutablePath())
     , m_runningApplications(m_bundles)
     , m_openPanel(m_sheets, m_applications, m_runningApplications, m_workspace)
+    , m_session(context.root)
     , m_hostApplication(context.hostApplication)
 {
     // The tutorial is an application like any other, but for where it lies.
@@ -38,7 +39,9 @@ ports::Desktop PaneDesktop::ports()
             m_openPanel,
             m_httpFetcher,
             m_tasks,
-            m_fileStore};
+            m_fileStore,
+            m_session,
+            m_lockFiles};
 }
 
 void PaneDesktop::setMissedNotificationsHandler(std::function<void()> handler)

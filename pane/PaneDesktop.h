@@ -6,9 +6,11 @@
 #include "desktop/DistributedNotifications.h"
 #include "desktop/FileBookmarks.h"
 #include "desktop/FilePreferences.h"
+#include "desktop/LinuxSession.h"
 #include "desktop/LinuxSystemFacts.h"
 #include "desktop/LocalFileManager.h"
 #include "desktop/LocalFileStore.h"
+#include "desktop/LocalLockFiles.h"
 #include "desktop/LocalNotifications.h"
 #include "desktop/ProcRunningApplications.h"
 #include "desktop/ProcessTasks.h"
@@ -60,6 +62,8 @@ private:
     ui::WidgetSheets m_sheets;
     ui::WidgetOpenPanel m_openPanel;
     desktop::LocalFileStore m_fileStore;
+    desktop::LinuxSession m_session;
+    desktop::LocalLockFiles m_lockFiles;
     ports::HostApplication &m_hostApplication;
     prefs::ApplicationIdentityCache m_identityCache;
 };

@@ -98,6 +98,22 @@ int launchApplication(const Places &places, const foundation::Bundle &applicatio
     return started ? foundation::noErr : foundation::kLSUnknownErr;
 }
 
+int launchApplicationWithArguments(const Places &places, const foundation::Bundle &application,
+                                   const QStringList &arguments)
+{
+    QString program = application.executablePath();
+    QStringList allArguments = arguments;
+    if (application.isDesktopEntry()) {
+        const auto entry = foundation::DesktopEntry::read(application.path());
+        QStringList command = entry ? entry->command(application.path(), {}) : QStringList();
+        program = command.isEmpty() ? QString() : QStandardPaths::findExecutable(command.front());
+        allArguments = command.mid(1) + arguments;
+    }
+    if (program.isEmpty())
+        return foundation::kLSApplicationNotFoundErr;
+    return start(places, program, allArguments) ? foundation::noErr : foundation::kLSUnknownErr;
+}
+
 bool launchDefaultApplication(const QUrl &url)
 {
     GError *error = nullptr;

@@ -4,6 +4,7 @@
 #include "foundation/Bundle.h"
 
 #include <QString>
+#include <QStringList>
 #include <QUrl>
 
 namespace tarnwell::desktop {
@@ -12,6 +13,10 @@ namespace tarnwell::desktop {
 /// when there is nothing to start, or -10810 when it did not start.
 int launchApplication(const Places &places, const foundation::Bundle &application,
                       const QString &document);
+
+/// Likewise, with the arguments as they are given.
+int launchApplicationWithArguments(const Places &places, const foundation::Bundle &application,
+                                   const QStringList &arguments);
 
 /// Opens an address with the desktop's default application for it. False when there is none.
 bool launchDefaultApplication(const QUrl &url);

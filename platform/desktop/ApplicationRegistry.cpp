@@ -140,6 +140,17 @@ int ApplicationRegistry::openApplication(const QString &path, const QString &doc
     return launchApplication(m_places, *bundle, document);
 }
 
+int ApplicationRegistry::openApplicationWithArguments(const QString &path,
+                                                      const QStringList &arguments)
+{
+    if (!QFileInfo::exists(path))
+        return foundation::fnfErr;
+    const std::optional<Bundle> bundle = m_bundles.bundleAt(path);
+    if (!bundle)
+        return foundation::kLSApplicationNotFoundErr;
+    return launchApplicationWithArguments(m_places, *bundle, arguments);
+}
+
 void ApplicationRegistry::update() const
 {
     if (m_isCurrent)

@@ -32,6 +32,7 @@ public:
     QList<ports::InstalledApplication> installedApplications() const override;
     void refresh() override { m_isCurrent = false; }
     int openApplication(const QString &path, const QString &document) override;
+    int openApplicationWithArguments(const QString &path, const QStringList &arguments) override;
 
 private:
     void update() const;

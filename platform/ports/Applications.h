@@ -2,6 +2,7 @@
 
 #include <QList>
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 
@@ -52,6 +53,9 @@ public:
     /// Starts an application, detached, with a document's path (may be empty) as its argument.
     /// Returns 0, or -43 (no such file), -10814 (not an application) or -10810 (it did not start).
     virtual int openApplication(const QString &path, const QString &document) = 0;
+
+    /// Likewise, with the arguments as they are given.
+    virtual int openApplicationWithArguments(const QString &path, const QStringList &arguments) = 0;
 };
 
 } // namespace tarnwell::ports

@@ -10,9 +10,11 @@ class FileStore;
 class HostApplication;
 class HttpFetcher;
 class KeyboardLayouts;
+class LockFiles;
 class NotificationCenter;
 class OpenPanel;
 class Preferences;
+class Session;
 class Sheets;
 class SystemFacts;
 class Tasks;
@@ -40,6 +42,8 @@ struct Desktop
     HttpFetcher &httpFetcher;
     Tasks &tasks;
     FileStore &fileStore;
+    Session &session;
+    LockFiles &lockFiles;
 };
 
 } // namespace tarnwell::ports

@@ -14,6 +14,7 @@ public:
     {
         QString path;
         QString document;
+        QStringList arguments = {}; ///< given instead of a document
 
         friend bool operator==(const Opened &, const Opened &) = default;
     };
@@ -82,17 +83,27 @@ public:
 
     int openApplication(const QString &path, const QString &document) override
     {
-        const FakeItem *item = m_home.find(path);
+        return open({path, document, {}});
+    }
+
+    int openApplicationWithArguments(const QString &path, const QStringList &arguments) override
+    {
+        return open({path, {}, arguments});
+    }
+
+private:
+    int open(const FakeApplicationsControl::Opened &request)
+    {
+        const FakeItem *item = m_home.find(request.path);
         if (!item)
             return -43;
         if (!item->isContainer)
             return -10814;
         if (m_control.openStatus == 0)
-            m_control.opened.append({path, document});
+            m_control.opened.append(request);
         return m_control.openStatus;
     }
 
-private:
     const FakeHome &m_home;
     FakeApplicationsControl m_control;
 };

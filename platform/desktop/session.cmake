@@ -1,0 +1,3 @@
+list(APPEND desktop_sources
+    LinuxSession.cpp
+    LocalLockFiles.cpp)
