@@ -2,13 +2,14 @@
 # known by now.
 include(GNUInstallDirs)
 
-if(TARGET tarnwell-settings)
-    install(TARGETS tarnwell-settings RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-endif()
+install(TARGETS tarnwell-settings RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 # Machine code and its resources in one folder that must stay together. The program looks for it in
 # this place, relative to its own.
 install(DIRECTORY ${PROJECT_BINARY_DIR}/Tarnwell.prefPane
-        DESTINATION ${CMAKE_INSTALL_LIBDIR}/tarnwell USE_SOURCE_PERMISSIONS)
+        DESTINATION ${CMAKE_INSTALL_LIBDIR}/tarnwell USE_SOURCE_PERMISSIONS
+        PATTERN Tarnwell.so EXCLUDE)
+install(TARGETS tarnwell_pane_bundle
+        LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/tarnwell/Tarnwell.prefPane/Contents/Linux)
 install(FILES ${PROJECT_SOURCE_DIR}/packaging/tarnwell-settings.desktop
         DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
 install(FILES ${PROJECT_SOURCE_DIR}/packaging/tarnwell-settings.svg
