@@ -11,6 +11,7 @@
 #include "shortcuts/ShortcutTableModel.h"
 #include "ui/FirstPaint.h"
 #include "ui/InterfaceFile.h"
+#include "update/QXVCUpdateViewController_V102.h"
 
 #include <QCoreApplication>
 #include <QLocale>
@@ -28,6 +29,7 @@ TarnwellPref::TarnwellPref(const ports::Desktop &desktop,
     , m_identityCache(identityCache)
     , m_bundle(bundle)
     , m_interfaceMismatch(std::make_unique<ui::InterfaceMismatch>())
+    , m_updateState(std::make_unique<update::UpdateProcessState>())
 {}
 
 TarnwellPref::~TarnwellPref()

@@ -62,6 +62,10 @@ class InterfaceFileLoader;
 class InterfaceOwner;
 struct InterfaceMismatch;
 } // namespace tarnwell::ui
+namespace tarnwell::update {
+class QXVCUpdateViewController_V102;
+struct UpdateProcessState;
+} // namespace tarnwell::update
 
 namespace tarnwell::pane {
 
@@ -271,6 +275,8 @@ private:
     void cancelInternetCheck();
     void askToImportExcludeList(const QString &path);
 
+    void makeUpdateController();
+
     ports::Desktop m_desktop;
     prefs::ApplicationIdentityCache &m_identityCache;
     foundation::Bundle m_bundle;
@@ -282,6 +288,8 @@ private:
     float m_maximumAboutOffset = 0.0F; ///< computed when the text first scrolls, then kept
     std::unique_ptr<QWidget> m_helpWindow;
     QTextBrowser *m_helpText = nullptr; ///< in the help window
+    std::unique_ptr<update::UpdateProcessState> m_updateState;
+    std::unique_ptr<update::QXVCUpdateViewController_V102> m_updateController;
     /// Sheets of the interface; the main view belongs to the host.
     std::vector<std::unique_ptr<QWidget>> m_sheets;
     QPointer<QWidget> m_mainView;

@@ -14,6 +14,7 @@
 #include "ports/Workspace.h"
 #include "prefs/PreferenceKeys.h"
 #include "shortcuts/ShortcutTableModel.h"
+#include "update/QXVCUpdateViewController_V102.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -91,8 +92,16 @@ void TarnwellPref::awakeFromNib()
                                      wrapper->boolForKey(prefs::keys::menuAcceleratorEnabled));
     }
 
+    makeUpdateController();
     setMSystemPrefsIcon(m_desktop.hostApplication.applicationIcon());
     setMPrefPaneIcon(overlayIcon(mSystemPrefsIcon(), u"Tarnwell.icns"_s));
+}
+
+void TarnwellPref::makeUpdateController()
+{
+    m_updateController = update::QXVCUpdateViewController_V102::initWithSacrificialView(
+        {m_desktop, m_bundle, *m_updateState}, sacrificeMeCaptian(), std::nullopt,
+        prefs::pluginDomain);
 }
 
 void TarnwellPref::mainViewDidLoad()

@@ -30,11 +30,18 @@ def copy_readable(home):
             target.write_bytes(content)
 
 
+def copy_updater(home, bundle):
+    target = home / "Library/Hullforges/Tarnwell.zok/Contents/Resources" / bundle.name
+    shutil.copytree(bundle, target)
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("out", type=pathlib.Path, help="the folder to make")
     parser.add_argument("--now", type=int, default=int(time.time()),
                         help="the time that the stored dates lie before, in seconds since 1970")
+    parser.add_argument("--updater", type=pathlib.Path,
+                        help="the bundle of the stand-in updater; without it, no check can run")
     arguments = parser.parse_args()
 
     home = arguments.out.resolve()
@@ -45,6 +52,8 @@ def main():
     (home / MARKER).touch()
 
     copy_readable(home)
+    if arguments.updater:
+        copy_updater(home, arguments.updater.resolve())
     applications.make_all(home)
     try:
         table = shortcuts.parse((HERE / "demo/shortcuts.txt").read_text(encoding="utf-8"))

@@ -969,6 +969,14 @@
         <translation>Noch nie nach Updates gesucht.</translation>
     </message>
     <message>
+        <source>Failed. Error %d. %s</source>
+        <translation>Fehlgeschlagen. Fehler %d. %s</translation>
+    </message>
+    <message>
+        <source>Cannot load %@</source>
+        <translation>%@ kann nicht geladen werden</translation>
+    </message>
+    <message>
         <source>OK</source>
         <translation>OK</translation>
     </message>

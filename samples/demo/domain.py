@@ -40,8 +40,8 @@ def exclude_list(home):
 
 
 def values(home, shortcuts, now):
-    """Every key of the domain. Times are seconds since 1970 and lie shortly before now, so that
-    no check is due when the demo opens."""
+    """Every key of the domain. Times are seconds since 1970. The predefined exclude list was loaded
+    a short time ago; the last check for updates is long enough ago for the demo to show one."""
     return {
         "Disabled": False,
         "MenuAcceleratorEnabled": True,
@@ -64,7 +64,7 @@ def values(home, shortcuts, now):
         "IncludeBundledQTZs": True,
         "SUCheckForUpdates": True,
         "SUCheckInterval": 604800.0,
-        "SULastCheckDate": datetime.datetime.utcfromtimestamp(now - DAY),
+        "SULastCheckDate": datetime.datetime.utcfromtimestamp(now - 8 * DAY),
         "SULastCheckStatus": "No new version is available.",
         "SULastRunSystemVersion": system_version(),
         # What only the plug-in knows, and must find again.

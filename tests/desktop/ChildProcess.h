@@ -54,6 +54,12 @@ public:
 
     bool isStarted() const { return m_pid > 0; }
 
+    /// Whether the program could be given all of it.
+    bool write(const QByteArray &bytes) const
+    {
+        return ::write(m_input, bytes.constData(), size_t(bytes.size())) == bytes.size();
+    }
+
     /// The next line without its end; empty at the end of the output.
     QByteArray readLine()
     {

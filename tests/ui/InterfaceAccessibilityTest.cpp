@@ -172,7 +172,7 @@ std::vector<FileInLanguage> filesInLanguages()
     std::vector<FileInLanguage> rows;
     for (const QString &file :
          {u"Main.ui"_s, u"AboutSheet.ui"_s, u"HotKeySheet.ui"_s, u"TutorialSheet.ui"_s,
-          u"BringBackSheet.ui"_s}) {
+          u"BringBackSheet.ui"_s, u"UpdaterView.ui"_s, u"UpdaterPrivacy.ui"_s}) {
         for (const QString &language : {u""_s, u"de"_s})
             rows.push_back({file, language});
     }

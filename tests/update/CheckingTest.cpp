@@ -1,0 +1,223 @@
+// A check as the view shows it, from the button or the timer to its end.
+
+#include "ViewFixture.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tarnwell::tests {
+
+using Checking = ViewFixture;
+using Opened = fakes::FakeApplicationsControl::Opened;
+
+TEST_F(Checking, StartsWithTheButtonAndEndsWithTheUpdater)
+{
+    openIdleView();
+    ASSERT_TRUE(isIdle());
+    clock.control().advance(5.0);
+    controller->checkNow()->click();
+    EXPECT_TRUE(isChecking());
+    EXPECT_EQ(applications.control().opened, (QList<Opened>{{updaterPath(), pluginPath()}}));
+    EXPECT_EQ(stored(u"SULastCheckDate"_s), plist::Value(plist::Date{clock.absoluteTime()}));
+    EXPECT_EQ(controller->launchedUpdater(), updaterPath());
+
+    const plist::Date date{clock.absoluteTime()};
+    post(u"statuschange"_s, plist::Dictionary{{u"Date"_s, date}, {u"Status"_s, u"Looking…"_s}});
+    EXPECT_TRUE(status().endsWith(": Looking…"_L1)) << qPrintable(status());
+    EXPECT_TRUE(isChecking());
+
+    store(u"SULastCheckStatus"_s, u"No newer version."_s);
+    post(u"UpdateCheckCompleted"_s);
+    EXPECT_TRUE(isIdle());
+    EXPECT_TRUE(status().endsWith(": No newer version."_L1)) << qPrintable(status());
+}
+
+TEST_F(Checking, StartsByItselfTenSecondsAfterOpeningWhenDue)
+{
+    struct Row
+    {
+        const char *name;
+        plist::Value automatic, interval, lastCheck;
+        bool due;
+    };
+    const double now = clock.absoluteTime();
+    const auto ago = [now](double seconds) { return plist::Value(plist::Date{now - seconds}); };
+    const Row rows[] = {
+        {"never checked", {}, {}, {}, true},
+        {"date of wrong type", true, 3600, u"yesterday"_s, true},
+        {"longer ago than the interval", true, 3600, ago(3601), true},
+        {"as long ago as the interval", true, 3600, ago(3600), false},
+        {"switched off", false, 3600, ago(7200), false},
+        {"immense interval", true, 1e300, ago(1e9), false},
+    };
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        store(u"SUCheckForUpdates"_s, row.automatic);
+        store(u"SUCheckInterval"_s, row.interval);
+        store(u"SULastCheckDate"_s, row.lastCheck);
+        preferences.appSynchronize(prefs::pluginDomain);
+        applications.control().opened.clear();
+        openView();
+        EXPECT_EQ(isChecking(), row.due);
+        EXPECT_EQ(isIdle(), !row.due);
+        EXPECT_EQ(status().endsWith(": Checking..."_L1), row.due) << qPrintable(status());
+        timers.control().advance(9.9);
+        EXPECT_TRUE(applications.control().opened.isEmpty());
+        timers.control().advance(0.1);
+        EXPECT_EQ(applications.control().opened.size(), row.due ? 1 : 0);
+        EXPECT_EQ(isChecking(), row.due);
+        EXPECT_EQ(stored(u"SULastCheckDate"_s), row.due ? ago(0) : row.lastCheck);
+        controller.reset();
+        placeholder->show();
+    }
+}
+
+TEST_F(Checking, CancelsAndIsIdleTwoSecondsLater)
+{
+    openIdleView();
+    controller->checkNow()->click();
+    controller->checkNow()->click();
+    ASSERT_EQ(distributedCenter.control().posted().size(), 1);
+    const ports::Notification sent = distributedCenter.control().posted().first();
+    EXPECT_EQ(sent.name, u"com.varnit.updater.CancelUpdate"_s);
+    EXPECT_EQ(sent.object, u"com.varnit.tarnwell"_s);
+    EXPECT_TRUE(sent.userInfo.isNull());
+    EXPECT_FALSE(controller->checkNow()->isEnabled());
+    timers.control().advance(1.9);
+    EXPECT_FALSE(isIdle());
+    timers.control().advance(0.1);
+    EXPECT_TRUE(isIdle());
+}
+
+TEST_F(Checking, CancelsADueCheckBeforeItBegins)
+{
+    openView();
+    ASSERT_TRUE(isChecking());
+    controller->checkNow()->click();
+    timers.control().advance(60.0);
+    EXPECT_TRUE(isIdle());
+    EXPECT_TRUE(applications.control().opened.isEmpty());
+}
+
+TEST_F(Checking, TheEndOfACancelledCheckDoesNotEndTheNextOne)
+{
+    openIdleView();
+    controller->checkNow()->click();
+    controller->checkNow()->click();
+    timers.control().advance(1.0);
+    post(u"UpdateCheckCompleted"_s);
+    controller->checkNow()->click();
+    timers.control().advance(10.0);
+    EXPECT_TRUE(isChecking());
+}
+
+TEST_F(Checking, SaysWhyItCouldNotLaunch)
+{
+    openIdleView();
+    lockFiles.control().createStatus = -5000;
+    controller->checkNow()->click();
+    EXPECT_TRUE(status().endsWith(": Failed. Error -5000. permission denied"_L1))
+        << qPrintable(status());
+    EXPECT_TRUE(controller->checkNow()->isEnabled());
+    EXPECT_EQ(controller->checkNow()->property("tag"), 0) << "nothing runs that could be cancelled";
+    EXPECT_EQ(stored(u"SULastCheckDate"_s), plist::Value(plist::Date{clock.absoluteTime() - 60.0}));
+    post(u"UpdateCheckCompleted"_s);
+    EXPECT_TRUE(isIdle());
+}
+
+/// Updaters that never report anything: the user can always cancel.
+TEST_F(Checking, SilentUpdatersLeaveTheViewToTheUser)
+{
+    struct Row
+    {
+        const char *name;
+        std::function<void()> arrange;
+    };
+    const Row rows[] = {
+        {"never answers", [] {}},
+        {"will not start", [this] { applications.control().openStatus = -10810; }},
+        {"is missing",
+         [this] {
+             disk.remove(u"~/Library/Hullforges/Tarnwell.zok/Contents/Resources/"
+                         "Varnit Updater.app"_s);
+         }},
+        {"is locked out by another",
+         [this] {
+             lockFiles.control().existing.append(u"/tmp/com.varnit.tarnwell.updater.lock"_s);
+         }},
+    };
+    openIdleView();
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        row.arrange();
+        controller->checkNow()->click();
+        EXPECT_TRUE(isChecking());
+        timers.control().advance(3600.0);
+        EXPECT_TRUE(isChecking());
+        controller->checkNow()->click();
+        timers.control().advance(2.0);
+        EXPECT_TRUE(isIdle());
+    }
+}
+
+TEST_F(Checking, ThePluginMayGoAway)
+{
+    openIdleView();
+    disk.remove(u"~/Library/Hullforges/Tarnwell.zok"_s);
+    controller->checkNow()->click();
+    EXPECT_TRUE(applications.control().opened.isEmpty());
+    EXPECT_TRUE(controller->checkNow()->isEnabled());
+}
+
+TEST_F(Checking, TakesNoStatusThatIsNone)
+{
+    openIdleView();
+    const QString before = status();
+    const plist::Date date{0};
+    const std::pair<const char *, plist::Value> rows[] = {
+        {"nothing", {}},
+        {"no date", plist::Dictionary{{u"Status"_s, u"x"_s}}},
+        {"date of another type", plist::Dictionary{{u"Date"_s, u"today"_s}, {u"Status"_s, u"x"_s}}},
+        {"no status", plist::Dictionary{{u"Date"_s, date}}},
+        {"status of another type", plist::Dictionary{{u"Date"_s, date}, {u"Status"_s, 7}}},
+        {"an array", plist::Array{date, u"x"_s}},
+    };
+    for (const auto &[name, userInfo] : rows) {
+        post(u"statuschange"_s, userInfo);
+        EXPECT_EQ(status(), before) << name;
+    }
+    const plist::Dictionary good{{u"Date"_s, date}, {u"Status"_s, u"x"_s}};
+    post(u"statuschange"_s, good, u"com.varnit.other"_s);
+    EXPECT_EQ(status(), before) << "another module's";
+    post(u"statuschange"_s, good);
+    EXPECT_NE(status(), before);
+}
+
+TEST_F(Checking, AnImmenseStatusDoesNotChangeTheWindow)
+{
+    openIdleView();
+    const int width = window.minimumSizeHint().width();
+    post(u"statuschange"_s,
+         plist::Dictionary{{u"Date"_s, plist::Date{0}}, {u"Status"_s, QString(1'000'000, u'x')}});
+    EXPECT_LE(status().size(), 300);
+    EXPECT_LE(window.minimumSizeHint().width(), width);
+    post(u"statuschange"_s,
+         plist::Dictionary{{u"Date"_s, plist::Date{0}}, {u"Status"_s, u"<b>bold</b>"_s}});
+    EXPECT_EQ(controller->lastStatus()->textFormat(), Qt::PlainText);
+    EXPECT_FALSE(Qt::mightBeRichText(controller->lastStatus()->toolTip()));
+}
+
+TEST_F(Checking, DiagnosticsAreLoggedWhenAskedFor)
+{
+    for (const bool asked : {false, true}) {
+        preferences.control().setStoredValue(u"LogStuff"_s, asked, u"com.varnit.updater"_s);
+        preferences.appSynchronize(u"com.varnit.updater"_s);
+        openIdleView();
+        post(u"UpdateCheckCompleted"_s);
+        EXPECT_EQ(log.lines().contains(u"Completed"_s), asked);
+        EXPECT_EQ(log.lines().contains(u"com.varnit.tarnwell vs com.varnit.tarnwell"_s), asked);
+        controller.reset();
+        placeholder->show();
+    }
+}
+
+} // namespace tarnwell::tests

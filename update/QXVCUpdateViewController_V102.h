@@ -1,0 +1,166 @@
+#pragma once
+
+#include "foundation/Bundle.h"
+#include "ports/Desktop.h"
+#include "ports/FileManager.h"
+#include "update/UpdateContext.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+class QAbstractButton;
+class QCheckBox;
+class QComboBox;
+class QDialog;
+class QLabel;
+class QProgressBar;
+class QPushButton;
+class QTextBrowser;
+class QWidget;
+
+namespace tarnwell::plist {
+class Value;
+}
+namespace tarnwell::ports {
+class Observation;
+class Timer;
+struct Notification;
+} // namespace tarnwell::ports
+namespace tarnwell::ui {
+class InterfaceOwner;
+struct InterfaceMismatch;
+} // namespace tarnwell::ui
+
+namespace tarnwell::update {
+
+/// A field with a plain getter and setter. Views are borrowed from the interface.
+#define TARNWELL_UPDATE_FIELD(Type, name, setter)                                                  \
+public:                                                                                            \
+    Type name() const                                                                              \
+    {                                                                                              \
+        return m_##name;                                                                           \
+    }                                                                                              \
+    void setter(Type value)                                                                        \
+    {                                                                                              \
+        m_##name = std::move(value);                                                               \
+    }                                                                                              \
+                                                                                                   \
+private:                                                                                           \
+    Type m_##name{};
+
+/// What the controller stands on. All of it lives longer than the controller.
+struct UpdateViewServices
+{
+    ports::Desktop desktop;
+    foundation::Bundle ownBundle; ///< which holds the interface files and the privacy statement
+    UpdateProcessState &state;
+};
+
+/// The settings of a module's update checks: whether and how often, the last result, a check now.
+///
+/// It takes the place of a view that the pane sets aside for it, or opens as a sheet where that
+/// view is a button. It works for any module: every setting lives in the preference domain that
+/// the module's identifier names. Between checks it is idle; from the start of a check until the
+/// updater reports its end, or two seconds after the user cancelled, its button cancels.
+class QXVCUpdateViewController_V102 : public QObject
+{
+    TARNWELL_UPDATE_FIELD(std::optional<foundation::Bundle>, zokBundle, setZokBundle)
+    TARNWELL_UPDATE_FIELD(QString, zokBundleID, setZokBundleID)
+    TARNWELL_UPDATE_FIELD(QPointer<QWidget>, sacrificialView, setSacrificialView)
+    TARNWELL_UPDATE_FIELD(QPointer<QWidget>, updaterView, setUpdaterView)
+    TARNWELL_UPDATE_FIELD(QCheckBox *, checkUpdatesButton, setCheckUpdatesButton)
+    TARNWELL_UPDATE_FIELD(QComboBox *, frequencyPopup, setFrequencyPopup)
+    TARNWELL_UPDATE_FIELD(QLabel *, lastStatus, setLastStatus)
+    TARNWELL_UPDATE_FIELD(QLabel *, lastCheckDate, setLastCheckDate)
+    TARNWELL_UPDATE_FIELD(QPushButton *, checkNow, setCheckNow)
+    TARNWELL_UPDATE_FIELD(QProgressBar *, progessBar, setProgessBar)
+    TARNWELL_UPDATE_FIELD(QTextBrowser *, privacyText, setPrivacyText)
+    TARNWELL_UPDATE_FIELD(QDialog *, privacyWindow, setPrivacyWindow)
+    TARNWELL_UPDATE_FIELD(QString, lastStatusString, setLastStatusString)
+    TARNWELL_UPDATE_FIELD(QString, oldCheckNowTitle, setOldCheckNowTitle)
+    TARNWELL_UPDATE_FIELD(std::shared_ptr<ports::Timer>, checkingTimer, setCheckingTimer)
+    TARNWELL_UPDATE_FIELD(QString, launchedUpdater, setLaunchedUpdater)
+
+public:
+    /// A controller whose view is in its place. The bundle may be left out, and is then looked for
+    /// in the folders of plug-ins; or the identifier, which is then the bundle's. Null, after a
+    /// log line where it is a surprise, when there is nothing to control or no interface for it.
+    static std::unique_ptr<QXVCUpdateViewController_V102>
+    initWithSacrificialView(const UpdateViewServices &services, QWidget *view,
+                            const std::optional<foundation::Bundle> &forBundle,
+                            const QString &withBundleID);
+    /// Takes its view along.
+    ~QXVCUpdateViewController_V102() override;
+    Q_DISABLE_COPY_MOVE(QXVCUpdateViewController_V102)
+
+    std::optional<foundation::Bundle> findZOKWithBundleID(const QString &identifier,
+                                                          ports::FolderDomain inDomain,
+                                                          const QString &withZOKFolderName) const;
+
+    void awakeFromNib();
+
+    // Settings
+    void changeAutoUpdate(QObject *sender);
+    void changeFrequency(QObject *sender);
+
+    // Checking
+    /// Starts a check, or cancels the one that the sender's tag says is running. The timer of a
+    /// due check sends it with a null sender.
+    void checkNow(QObject *sender);
+    void updateCheckComplete();
+    void statusChange(const ports::Notification &notification);
+    void updateStatusString();
+
+    // Windows
+    void showUpdateSheet(QObject *sender);
+    void sheetDidEnd(QWidget *sheet, int returnCode);
+    void privacyPolicy(QObject *sender);
+    void windowWillClose();
+    void dismissPrivacy(QObject *sender);
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+    /// What interface files and controller do not share; empty when they fit.
+    const ui::InterfaceMismatch &interfaceMismatch() const { return *m_interfaceMismatch; }
+
+private:
+    explicit QXVCUpdateViewController_V102(const UpdateViewServices &services);
+
+    std::optional<foundation::Bundle> findBundle(const QString &identifier) const;
+    bool loadInterface();
+    void addOutlets(ui::InterfaceOwner &owner);
+    void addActions(ui::InterfaceOwner &owner);
+    void observeUpdater();
+    void prepareDueCheck(double interval);
+    void selectFrequency(double interval);
+    void placeView();
+
+    void cancelCheck(QAbstractButton *sender);
+    void showProgress();
+    void showCancel(QAbstractButton *button);
+    void showStatus(const plist::Value &date, const QString &status);
+    void synchronize();
+    UpdateContext context() const;
+    plist::Value now() const;
+    static QString localized(const char *text);
+
+    void beginSheet(QWidget *sheet, QWidget *onWindowOf);
+    void runModally(QWidget *window, QWidget *over);
+    void loadPrivacyStatement(const QString &path);
+
+    UpdateViewServices m_services;
+    std::unique_ptr<ui::InterfaceMismatch> m_interfaceMismatch;
+    std::vector<std::unique_ptr<QWidget>> m_windows; ///< of the interface files
+    std::unique_ptr<ports::Timer> m_cancelTimer;     ///< from a cancel to the end of checking
+    std::vector<std::unique_ptr<ports::Observation>> m_observations;
+};
+
+#undef TARNWELL_UPDATE_FIELD
+
+} // namespace tarnwell::update
