@@ -1,18 +1,26 @@
 #pragma once
 
-#include <QtGlobal>
+#include <QString>
 
 namespace tarnwell::hotkey {
+
+// The modifier bits of a key event; foundation/KeyCodes.h has those that tell the kind of key.
+inline constexpr quint32 capsLockFlag = 0x10000;
+inline constexpr quint32 shiftFlag = 0x20000;
+inline constexpr quint32 controlFlag = 0x40000;
+inline constexpr quint32 optionFlag = 0x80000;
+inline constexpr quint32 commandFlag = 0x100000;
 
 /// A key press as the pane records it.
 struct KeyEvent
 {
-    quint16 keyCode = 0; ///< virtual key code, by the key's position on the board
-    /// 0x10000 Caps Lock, 0x20000 Shift, 0x40000 Control, 0x80000 Option, 0x100000 Command,
-    /// 0x200000 keypad, 0x400000 help, 0x800000 function key
-    quint32 modifierFlags = 0;
+    quint16 keyCode = 0;       ///< virtual key code, by the key's position on the board
+    quint32 modifierFlags = 0; ///< modifiers and the kind of key
 
     friend bool operator==(const KeyEvent &, const KeyEvent &) = default;
 };
+
+/// An event in words, for the log.
+QString description(const KeyEvent &event);
 
 } // namespace tarnwell::hotkey

@@ -9,19 +9,22 @@
 #include <array>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwell::hotkey {
 
 namespace {
 
-constexpr quint32 shiftFlag = 0x20000;
-constexpr quint32 controlFlag = 0x40000;
-constexpr quint32 optionFlag = 0x80000;
-constexpr quint32 commandFlag = 0x100000;
-
 /// X11 and Wayland count the kernel's key codes from 8.
 constexpr quint32 scanCodeOffset = 8;
 
-constexpr std::array<std::pair<int, quint16>, 30> keysWithoutCharacter{{
+/// The second of the eight real modifiers is Caps Lock in every keymap, whatever key locks it.
+constexpr quint32 nativeCapsLock = 0x02;
+
+constexpr quint16 firstModifierPosition = 0x36;
+constexpr quint16 lastModifierPosition = 0x3F;
+
+constexpr std::array<std::pair<int, quint16>, 38> keysWithoutCharacter{{
     {Qt::Key_Return, 0x24},  {Qt::Key_Enter, 0x4C},    {Qt::Key_Tab, 0x30},
     {Qt::Key_Backtab, 0x30}, {Qt::Key_Escape, 0x35},   {Qt::Key_Backspace, 0x33},
     {Qt::Key_Delete, 0x75},  {Qt::Key_Home, 0x73},     {Qt::Key_End, 0x77},
@@ -31,36 +34,31 @@ constexpr std::array<std::pair<int, quint16>, 30> keysWithoutCharacter{{
     {Qt::Key_F3, 0x63},      {Qt::Key_F4, 0x76},       {Qt::Key_F5, 0x60},
     {Qt::Key_F6, 0x61},      {Qt::Key_F7, 0x62},       {Qt::Key_F8, 0x64},
     {Qt::Key_F9, 0x65},      {Qt::Key_F10, 0x6D},      {Qt::Key_F11, 0x67},
-    {Qt::Key_F12, 0x6F},     {Qt::Key_F13, 0x69},      {Qt::Key_Space, 0x31},
+    {Qt::Key_F12, 0x6F},     {Qt::Key_F13, 0x69},      {Qt::Key_F14, 0x6B},
+    {Qt::Key_F15, 0x71},     {Qt::Key_F16, 0x6A},      {Qt::Key_F17, 0x40},
+    {Qt::Key_F18, 0x4F},     {Qt::Key_F19, 0x50},      {Qt::Key_F20, 0x5A},
+    {Qt::Key_Insert, 0x72},  {Qt::Key_Space, 0x31},
 }};
 
-bool isModifierKey(int key)
+std::optional<quint16> keypadKey(int key)
 {
-    switch (key) {
-    case Qt::Key_Shift:
-    case Qt::Key_Control:
-    case Qt::Key_Alt:
-    case Qt::Key_AltGr:
-    case Qt::Key_Meta:
-    case Qt::Key_Super_L:
-    case Qt::Key_Super_R:
-    case Qt::Key_Hyper_L:
-    case Qt::Key_Hyper_R:
-    case Qt::Key_CapsLock:
-    case Qt::Key_NumLock:
-    case Qt::Key_ScrollLock:
-    case Qt::Key_Mode_switch:
-    case Qt::Key_unknown:
-        return true;
-    default:
-        return false;
-    }
+    if (key == Qt::Key_Enter || key > 0x7F)
+        return std::nullopt;
+    const auto positions = foundation::keyPositions();
+    const auto found = std::find_if(positions.begin(), positions.end(), [key](const auto &known) {
+        return (known.flags & foundation::keyFlagNumericPad) && known.usCharacter == key;
+    });
+    return found == positions.end() ? std::nullopt : std::optional(found->virtualKeyCode);
 }
 
-std::optional<quint16> virtualKeyCode(const QKeyEvent &event, const ports::KeyboardLayouts &layouts)
+/// The key of a press that has no position of its own.
+std::optional<quint16> keyCodeByMeaning(const QKeyEvent &event,
+                                        const ports::KeyboardLayouts &layouts)
 {
-    if (event.nativeScanCode() > scanCodeOffset)
-        return foundation::virtualKeyCodeForEvdev(event.nativeScanCode() - scanCodeOffset);
+    if (event.modifiers() & Qt::KeypadModifier) {
+        if (const auto pad = keypadKey(event.key()))
+            return pad;
+    }
     const auto *known =
         std::find_if(keysWithoutCharacter.begin(), keysWithoutCharacter.end(),
                      [&event](const auto &entry) { return entry.first == event.key(); });
@@ -74,17 +72,9 @@ std::optional<quint16> virtualKeyCode(const QKeyEvent &event, const ports::Keybo
     return keyCode;
 }
 
-} // namespace
-
-std::optional<KeyEvent> keyEventFromQt(const QKeyEvent &event,
-                                       const ports::KeyboardLayouts &layouts)
+quint32 heldModifiers(const QKeyEvent &event)
 {
-    if (isModifierKey(event.key()))
-        return std::nullopt;
-    const std::optional<quint16> keyCode = virtualKeyCode(event, layouts);
-    if (!keyCode)
-        return std::nullopt;
-    quint32 flags = 0;
+    quint32 flags = event.nativeModifiers() & nativeCapsLock ? capsLockFlag : 0;
     if (event.modifiers() & Qt::ShiftModifier)
         flags |= shiftFlag;
     if (event.modifiers() & Qt::ControlModifier)
@@ -93,9 +83,73 @@ std::optional<KeyEvent> keyEventFromQt(const QKeyEvent &event,
         flags |= optionFlag;
     if (event.modifiers() & Qt::MetaModifier)
         flags |= commandFlag;
-    if (const foundation::KeyPosition *position = foundation::keyPosition(*keyCode))
-        flags |= position->flags;
-    return KeyEvent{*keyCode, flags};
+    return flags;
+}
+
+KeyEvent withKindOfKey(quint16 keyCode, quint32 modifiers)
+{
+    const foundation::KeyPosition *position = foundation::keyPosition(keyCode);
+    return {keyCode, modifiers | (position ? position->flags : 0)};
+}
+
+} // namespace
+
+QString description(const KeyEvent &event)
+{
+    return u"key code 0x%1, modifier flags 0x%2"_s.arg(event.keyCode, 2, 16, QChar(u'0'))
+        .arg(event.modifierFlags, 6, 16, QChar(u'0'));
+}
+
+bool isModifierKey(const QKeyEvent &event)
+{
+    switch (event.key()) {
+    case Qt::Key_Shift:
+    case Qt::Key_Control:
+    case Qt::Key_Alt:
+    case Qt::Key_AltGr:
+    case Qt::Key_Meta:
+    case Qt::Key_Super_L:
+    case Qt::Key_Super_R:
+    case Qt::Key_Hyper_L:
+    case Qt::Key_Hyper_R:
+    case Qt::Key_CapsLock:
+    case Qt::Key_NumLock:
+    case Qt::Key_ScrollLock:
+    case Qt::Key_Mode_switch:
+        return true;
+    case 0:
+    case Qt::Key_unknown: {
+        // The toolkit has no name for keys that change the group; they sit where modifiers do.
+        const auto key = keyEventForScanCode(event.nativeScanCode(), 0);
+        return key && key->keyCode >= firstModifierPosition && key->keyCode <= lastModifierPosition;
+    }
+    default:
+        return false;
+    }
+}
+
+std::optional<KeyEvent> keyEventForScanCode(quint32 scanCode, quint32 modifiers)
+{
+    if (scanCode <= scanCodeOffset)
+        return std::nullopt;
+    const auto keyCode = foundation::virtualKeyCodeForEvdev(scanCode - scanCodeOffset);
+    if (!keyCode)
+        return std::nullopt;
+    return withKindOfKey(*keyCode, modifiers);
+}
+
+std::optional<KeyEvent> keyEventFromQt(const QKeyEvent &event,
+                                       const ports::KeyboardLayouts &layouts)
+{
+    if (isModifierKey(event))
+        return std::nullopt;
+    const quint32 modifiers = heldModifiers(event);
+    if (event.nativeScanCode() != 0)
+        return keyEventForScanCode(event.nativeScanCode(), modifiers);
+    const auto keyCode = keyCodeByMeaning(event, layouts);
+    if (!keyCode)
+        return std::nullopt;
+    return withKindOfKey(*keyCode, modifiers);
 }
 
 quint32 menuModifiers(quint32 modifierFlags)

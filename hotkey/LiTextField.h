@@ -1,5 +1,7 @@
 #pragma once
 
+#include "hotkey/LiTextFieldCell.h"
+
 #include <QLineEdit>
 
 namespace tarnwell::hotkey {
@@ -11,6 +13,12 @@ class LiTextField : public QLineEdit
 
 public:
     explicit LiTextField(QWidget *parent = nullptr);
+
+protected:
+    void focusInEvent(QFocusEvent *event) override;
+
+private:
+    LiTextFieldCell m_cell;
 };
 
 } // namespace tarnwell::hotkey

@@ -1,9 +1,122 @@
 #include "hotkey/LiWindow.h"
 
+#include "hotkey/KeyEvents.h"
+#include "hotkey/LiTextField.h"
+
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QWindow>
+
+using namespace Qt::StringLiterals;
+
 namespace tarnwell::hotkey {
 
 LiWindow::LiWindow(QWidget *parent)
     : QDialog(parent)
 {}
+
+bool LiWindow::performKeyEquivalent(const KeyEvent &event)
+{
+    if (!m_prefPane)
+        return false;
+    const Capture captured = capture(m_prefPane->keyboardLayouts(), event);
+    if (captured.verdict != Verdict::Accepted) {
+        Q_EMIT keyRefused(captured.verdict);
+        return false;
+    }
+    if (LiTextField *field = m_prefPane->hotKeyField())
+        field->setText(captured.text);
+    setHotKeyEvent(event);
+    Q_EMIT keyAccepted(captured.text);
+    return true;
+}
+
+void LiWindow::setPrefpane(const std::shared_ptr<HotKeyPane> &prefPane)
+{
+    m_prefPane = prefPane;
+}
+
+void LiWindow::setPrefPane(HotKeyPane *prefPane)
+{
+    m_prefPane = std::shared_ptr<HotKeyPane>(std::shared_ptr<HotKeyPane>(), prefPane);
+}
+
+void LiWindow::showEvent(QShowEvent *event)
+{
+    // The controls are known only now that the sheet is complete.
+    const auto controls = findChildren<QWidget *>();
+    for (QWidget *control : controls)
+        control->installEventFilter(this);
+    QDialog::showEvent(event);
+}
+
+bool LiWindow::event(QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::WindowActivate:
+        grabKeyboardOfDisplay(true);
+        break;
+    case QEvent::WindowDeactivate:
+    case QEvent::Hide:
+        grabKeyboardOfDisplay(false);
+        break;
+    case QEvent::KeyPress:
+    case QEvent::ShortcutOverride:
+        if (takesKey(this, static_cast<QKeyEvent &>(*event)))
+            return true;
+        break;
+    default:
+        break;
+    }
+    return QDialog::event(event);
+}
+
+bool LiWindow::eventFilter(QObject *watched, QEvent *event)
+{
+    const bool isKey =
+        event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
+    if (isKey && takesKey(watched, static_cast<QKeyEvent &>(*event)))
+        return true;
+    return QDialog::eventFilter(watched, event);
+}
+
+bool LiWindow::takesKey(QObject *focus, QKeyEvent &press)
+{
+    if (!m_prefPane || isModifierKey(press))
+        return false;
+    const auto event = keyEventFromQt(press, m_prefPane->keyboardLayouts());
+    if (event && worksTheSheet(press.key(), event->modifierFlags))
+        return false;
+    if (press.type() == QEvent::ShortcutOverride) {
+        // Neither a mnemonic nor a shortcut may take the key first.
+        press.accept();
+        return true;
+    }
+    const bool isInField = focus == m_prefPane->hotKeyField();
+    if (!event) {
+        if (isInField)
+            Q_EMIT keyRefused(Verdict::NotShowable);
+        return false;
+    }
+    // A key that is held down was taken once; the space bar on a button presses the button.
+    const bool isTaken =
+        press.isAutoRepeat() || isInField ||
+        capture(m_prefPane->keyboardLayouts(), *event).verdict == Verdict::Accepted;
+    if (!isTaken)
+        return false;
+    if (!press.isAutoRepeat())
+        performKeyEquivalent(*event);
+    press.accept();
+    return true;
+}
+
+void LiWindow::grabKeyboardOfDisplay(bool on)
+{
+    // Elsewhere than under X11 the toolkit can't, and complains.
+    if (on == m_hasKeyboard || !windowHandle() || QGuiApplication::platformName() != "xcb"_L1)
+        return;
+    const bool isDone = windowHandle()->setKeyboardGrabEnabled(on);
+    m_hasKeyboard = on && isDone;
+}
 
 } // namespace tarnwell::hotkey

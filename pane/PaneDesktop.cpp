@@ -41,7 +41,8 @@ ports::Desktop PaneDesktop::ports()
             m_tasks,
             m_fileStore,
             m_session,
-            m_lockFiles};
+            m_lockFiles,
+            m_globalShortcuts};
 }
 
 void PaneDesktop::setMissedNotificationsHandler(std::function<void()> handler)

@@ -2,6 +2,7 @@
 
 #include "desktop/ApplicationRegistry.h"
 #include "desktop/BundleCache.h"
+#include "desktop/DesktopGlobalShortcuts.h"
 #include "desktop/DesktopWorkspace.h"
 #include "desktop/DistributedNotifications.h"
 #include "desktop/FileBookmarks.h"
@@ -64,6 +65,7 @@ private:
     desktop::LocalFileStore m_fileStore;
     desktop::LinuxSession m_session;
     desktop::LocalLockFiles m_lockFiles;
+    desktop::DesktopGlobalShortcuts m_globalShortcuts;
     ports::HostApplication &m_hostApplication;
     prefs::ApplicationIdentityCache m_identityCache;
 };

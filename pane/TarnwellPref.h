@@ -39,6 +39,7 @@ class ExcludeTableModel;
 namespace tarnwell::hotkey {
 class LiTextField;
 class LiWindow;
+enum class Verdict;
 } // namespace tarnwell::hotkey
 namespace tarnwell::ports {
 class Observation;
@@ -126,6 +127,7 @@ class TarnwellPref : public ui::PreferencePane
     TARNWELL_FIELD(QCheckBox *, tutDontShowCheckbox, setTutDontShowCheckbox)
     TARNWELL_FIELD(QPushButton *, scRestoreButton, setScRestoreButton)
     TARNWELL_FIELD(hotkey::LiTextField *, hotKeyField, setMenuAccHotKeySheetField)
+    TARNWELL_FIELD(QLabel *, hotkeyHint, setHotkeyHint)
     TARNWELL_FIELD(QPushButton *, ieRemoveButton, setIeRemoveButton)
     TARNWELL_FIELD(QPushButton *, ieExportButton, setIeExportButton)
     TARNWELL_FIELD(QPushButton *, scRemoveAppButton, setScRemoveAppButton)
@@ -225,6 +227,12 @@ public:
     void doExportExcludeList(QObject *sender);
     void doImportExcludeList(QObject *sender);
 
+    // Hot key (hotkey/)
+    /// Opens the sheet that takes a new hot key.
+    void setHotKey(QObject *sender);
+    /// Shows the stored hot key in a label or field; stores the default first if there is none.
+    void updateMenuAccText(QWidget *field);
+
     /// What interface file and controller do not share; empty once the interface is loaded well.
     const ui::InterfaceMismatch &interfaceMismatch() const { return *m_interfaceMismatch; }
 
@@ -260,6 +268,7 @@ private:
     /// Has the table show other rows, the selected item staying selected.
     void changeShownShortcuts(const std::function<void()> &change);
     void setUpShortcutFilter();
+    void prepareFilter();
     void filterShortcutsByWords(const QString &text);
     void filterShortcutsByKeys(bool on);
     void showShortcutsWith(const QKeyEvent &press);
@@ -275,6 +284,15 @@ private:
     void cancelInternetCheck();
     void askToImportExcludeList(const QString &path);
 
+    void setUpHotKeySheet();
+    void showHotKey(QWidget *field, const QString &text);
+    void showHotKeyInOtherLayout();
+    void explainRefusedKey(hotkey::Verdict why);
+    void showRecordedHotKey(const QString &text);
+    void tellInSheet(const QString &text);
+    /// Stores what the sheet recorded, if it did.
+    void storeHotKey();
+
     void makeUpdateController();
 
     ports::Desktop m_desktop;
@@ -285,7 +303,9 @@ private:
     std::unique_ptr<ui::InterfaceMismatch> m_interfaceMismatch;
     std::unique_ptr<QTranslator> m_translator;
     std::unique_ptr<ports::Timer> m_tutorialTimer;
+    std::unique_ptr<ports::Timer> m_filterTimer;
     float m_maximumAboutOffset = 0.0F; ///< computed when the text first scrolls, then kept
+    bool m_isHotKeyRecorded = false;   ///< what the sheet shows was pressed, not stored
     std::unique_ptr<QWidget> m_helpWindow;
     QTextBrowser *m_helpText = nullptr; ///< in the help window
     std::unique_ptr<update::UpdateProcessState> m_updateState;
@@ -296,7 +316,7 @@ private:
     std::vector<std::unique_ptr<ports::Observation>> m_observations;
     std::unique_ptr<shortcuts::LayoutKeyCommandTranslator> m_scTranslator;
     shortcuts::ShortcutTableModel *m_scModel = nullptr; ///< a child of the table
-    exclude::ExcludeTableModel *m_ieModel = nullptr; ///< a child of the table
+    exclude::ExcludeTableModel *m_ieModel = nullptr;    ///< a child of the table
     std::unique_ptr<ui::FirstPaint> m_ieFirstPaint;
     std::unique_ptr<ports::Timer> m_ieInternetTimer;
 };

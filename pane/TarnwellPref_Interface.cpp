@@ -56,6 +56,7 @@ void TarnwellPref::addOutlets(ui::InterfaceOwner &owner)
     TARNWELL_OUTLET(QCheckBox, tutDontShowCheckbox, setTutDontShowCheckbox);
     TARNWELL_OUTLET(QPushButton, scRestoreButton, setScRestoreButton);
     TARNWELL_OUTLET(hotkey::LiTextField, menuAccHotKeySheetField, setMenuAccHotKeySheetField);
+    TARNWELL_OUTLET(QLabel, hotkeyHint, setHotkeyHint);
     TARNWELL_OUTLET(QPushButton, ieRemoveButton, setIeRemoveButton);
     TARNWELL_OUTLET(QPushButton, ieExportButton, setIeExportButton);
     TARNWELL_OUTLET(QPushButton, scRemoveAppButton, setScRemoveAppButton);
@@ -92,6 +93,7 @@ void TarnwellPref::addActions(ui::InterfaceOwner &owner)
     TARNWELL_ACTION(doTutorialSheet);
     TARNWELL_ACTION(doMLSubscribe);
     TARNWELL_ACTION(doSheetDismiss);
+    TARNWELL_ACTION(setHotKey);
     TARNWELL_ACTION(ieAddApp);
     TARNWELL_ACTION(ieRemoveApp);
     TARNWELL_ACTION(ieHideCheckbox);

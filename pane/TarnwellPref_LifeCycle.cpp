@@ -2,7 +2,6 @@
 
 #include "foundation/Logging.h"
 #include "foundation/plist/PropertyList.h"
-#include "hotkey/LiWindow.h"
 #include "pane/OverlayIcon.h"
 #include "pane/VersionText.h"
 #include "ports/Applications.h"
@@ -87,7 +86,8 @@ void TarnwellPref::awakeFromNib()
         setMenuAccHKButton()->setEnabled(false);
         menuAccHotKey()->setText(localized("10.4+ Only"));
     } else {
-        hotkeySheet()->setPrefpane(this);
+        setUpHotKeySheet();
+        updateMenuAccText(menuAccHotKey());
         menuAccEnabled()->setChecked(!wrapper->keyExist(prefs::keys::menuAcceleratorEnabled) ||
                                      wrapper->boolForKey(prefs::keys::menuAcceleratorEnabled));
     }

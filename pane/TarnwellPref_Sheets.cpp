@@ -2,6 +2,7 @@
 
 #include "pane/TarnwellPref.h"
 
+#include "hotkey/LiWindow.h"
 #include "pane/AboutScroller.h"
 #include "ports/Applications.h"
 #include "ports/KeyboardLayouts.h"
@@ -85,8 +86,10 @@ void TarnwellPref::doSheetDismiss(QObject *sender)
     m_desktop.sheets.endSheet(answer.sheet, answer.tag);
 }
 
-void TarnwellPref::customSheetDidEnd(QWidget *sheet, int)
+void TarnwellPref::customSheetDidEnd(QWidget *sheet, int returnCode)
 {
+    if (sheet == hotkeySheet() && returnCode == 1)
+        storeHotKey();
     sheet->hide();
 }
 

@@ -96,7 +96,9 @@ QString spokenShortcut(const QString &glyphs)
         else
             rest.append(character);
     }
-    if (!rest.isEmpty())
+    if (rest == " "_L1)
+        words.append(QCoreApplication::translate("SpokenKeys", "Space"));
+    else if (!rest.isEmpty())
         words.append(rest);
     return words.join(u' ');
 }

@@ -1,14 +1,11 @@
 #include "desktop/NotificationBus.h"
 
+#include "desktop/SessionBus.h"
 #include "foundation/Logging.h"
 #include "ports/Timers.h"
 
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
-#include <QFileInfo>
-#include <QUrl>
-
-#include <unistd.h>
 
 #include <atomic>
 
@@ -56,20 +53,7 @@ NotificationBus::~NotificationBus()
 
 QString NotificationBus::address() const
 {
-    if (!m_address.isEmpty())
-        return m_address;
-    const QString fromEnvironment = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
-    if (!fromEnvironment.isEmpty())
-        return fromEnvironment;
-    // Not left to the library: where it finds nothing either it starts a bus of its own, on which
-    // nobody else is.
-    QString folder = qEnvironmentVariable("XDG_RUNTIME_DIR");
-    if (folder.isEmpty())
-        folder = u"/run/user/%1"_s.arg(::getuid());
-    const QString socket = folder + u"/bus"_s;
-    if (!QFileInfo::exists(socket))
-        return {};
-    return u"unix:path="_s + QString::fromLatin1(QUrl::toPercentEncoding(socket, "/", "~"));
+    return m_address.isEmpty() ? sessionBusAddress() : m_address;
 }
 
 void NotificationBus::joinSoon()

@@ -7,6 +7,7 @@ class Bookmarks;
 class Clock;
 class FileManager;
 class FileStore;
+class GlobalShortcuts;
 class HostApplication;
 class HttpFetcher;
 class KeyboardLayouts;
@@ -44,6 +45,7 @@ struct Desktop
     FileStore &fileStore;
     Session &session;
     LockFiles &lockFiles;
+    GlobalShortcuts &globalShortcuts;
 };
 
 } // namespace tarnwell::ports

@@ -1112,6 +1112,30 @@
         <source>Exported exclude lists (*.plist)</source>
         <translation>Exportierte Ausnahmelisten (*.plist)</translation>
     </message>
+    <message>
+        <source>“%@” already has this combination.</source>
+        <translation>Diese Kombination gehört schon „%@“.</translation>
+    </message>
+    <message>
+        <source>“%@” of %@ already has this combination.</source>
+        <translation>Diese Kombination gehört schon „%@“ von %@.</translation>
+    </message>
+    <message>
+        <source>This key cannot be the hot key</source>
+        <translation>Diese Taste kann nicht das Kürzel sein</translation>
+    </message>
+    <message>
+        <source>Add Control, Option or Command</source>
+        <translation>Zusammen mit Steuerung, Alt oder Super drücken</translation>
+    </message>
+    <message>
+        <source>The hot key could not be stored</source>
+        <translation>Das Tastenkürzel konnte nicht gespeichert werden</translation>
+    </message>
+    <message>
+        <source>It will be as before when the settings are opened again.</source>
+        <translation>Beim nächsten Öffnen der Einstellungen ist es wieder das alte.</translation>
+    </message>
 </context>
 <context>
     <name>tarnwell::exclude::ExcludeTableModel</name>

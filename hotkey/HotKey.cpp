@@ -1,0 +1,89 @@
+#include "hotkey/HotKey.h"
+
+#include "hotkey/KeyEvents.h"
+#include "prefs/CFPreferencesWrapper_Tarnwell.h"
+#include "prefs/PreferenceKeys.h"
+#include "shortcuts/KeyTranslation.h"
+
+namespace tarnwell::hotkey {
+
+namespace {
+
+constexpr quint32 defaultMenuModifiers = 6;
+constexpr char16_t defaultCharacter = u'm';
+
+/// Below it are bits that tell left from right and the like, but no modifier.
+constexpr quint32 lowestModifierFlag = 0x10000;
+constexpr quint32 keyboardBits = 0xFFFF;
+
+std::optional<qint64> number(const plist::Value &value)
+{
+    if (!value.isNumber())
+        return std::nullopt;
+    return value.toInteger();
+}
+
+} // namespace
+
+std::optional<HotKey> defaultHotKey(const ports::KeyboardLayouts &layouts)
+{
+    HotKey hotKey{0, defaultMenuModifiers};
+    if (shortcuts::KeyCodeForCharacter(layouts, std::nullopt, defaultCharacter, &hotKey.keyCode) !=
+        0)
+        return std::nullopt;
+    return hotKey;
+}
+
+std::optional<HotKey> storedHotKey(const prefs::CFPreferencesWrapper_Tarnwell &wrapper)
+{
+    const auto keyCode = number(wrapper.objectForKey(prefs::keys::menuAccKeyCode));
+    const auto modifiers = number(wrapper.objectForKey(prefs::keys::menuAccMods));
+    if (!keyCode || !modifiers)
+        return std::nullopt;
+    return HotKey{static_cast<quint16>(*keyCode), static_cast<quint32>(*modifiers)};
+}
+
+void storeHotKey(prefs::CFPreferencesWrapper_Tarnwell &wrapper, const HotKey &hotKey)
+{
+    wrapper.setObject(qint64{hotKey.menuModifiers}, prefs::keys::menuAccMods);
+    wrapper.setObject(qint64{hotKey.keyCode}, prefs::keys::menuAccKeyCode);
+}
+
+HotKey hotKeyFor(const KeyEvent &event)
+{
+    return {event.keyCode, menuModifiers(event.modifierFlags)};
+}
+
+std::optional<QString> displayString(const ports::KeyboardLayouts &layouts, const HotKey &hotKey)
+{
+    return shortcuts::KeyCodeDisplayString(layouts, hotKey.keyCode, hotKey.menuModifiers);
+}
+
+Capture capture(const ports::KeyboardLayouts &layouts, const KeyEvent &event)
+{
+    if (event.modifierFlags < lowestModifierFlag)
+        return {Verdict::NeedsModifier, {}};
+    if ((event.modifierFlags & ~keyboardBits) == shiftFlag)
+        return {Verdict::ShiftAlone, {}};
+    const auto text = displayString(layouts, hotKeyFor(event));
+    if (!text)
+        return {Verdict::NotShowable, {}};
+    return {Verdict::Accepted, *text};
+}
+
+bool worksTheSheet(int key, quint32 modifierFlags)
+{
+    const quint32 held = modifierFlags & (shiftFlag | controlFlag | optionFlag | commandFlag);
+    switch (key) {
+    case Qt::Key_Tab:
+    case Qt::Key_Backtab:
+        return (held & ~shiftFlag) == 0;
+    case Qt::Key_Escape:
+    case Qt::Key_Return:
+        return held == 0;
+    default:
+        return false;
+    }
+}
+
+} // namespace tarnwell::hotkey

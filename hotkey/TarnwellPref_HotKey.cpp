@@ -1,0 +1,156 @@
+// The Menu Accelerator's hot key: what is shown of it, and the sheet that takes a new one.
+
+#include "foundation/Logging.h"
+#include "hotkey/HotKey.h"
+#include "hotkey/LiTextField.h"
+#include "hotkey/LiWindow.h"
+#include "pane/TarnwellPref.h"
+#include "ports/GlobalShortcuts.h"
+#include "ports/KeyboardLayouts.h"
+#include "ports/Sheets.h"
+#include "shortcuts/KeyTranslation.h"
+#include "shortcuts/ShortcutCells.h"
+
+#include <QLabel>
+
+using namespace Qt::StringLiterals;
+
+namespace tarnwell::pane {
+
+namespace {
+
+class SheetPane final : public hotkey::HotKeyPane
+{
+public:
+    SheetPane(const TarnwellPref &pane, const ports::KeyboardLayouts &layouts)
+        : m_pane(pane)
+        , m_layouts(layouts)
+    {}
+
+    hotkey::LiTextField *hotKeyField() const override { return m_pane.hotKeyField(); }
+    const ports::KeyboardLayouts &keyboardLayouts() const override { return m_layouts; }
+
+private:
+    const TarnwellPref &m_pane; // owns the sheet, which shares this
+    const ports::KeyboardLayouts &m_layouts;
+};
+
+} // namespace
+
+void TarnwellPref::setUpHotKeySheet()
+{
+    hotkeySheet()->setPrefpane(std::make_shared<SheetPane>(*this, m_desktop.keyboardLayouts));
+    connect(hotkeySheet(), &hotkey::LiWindow::keyAccepted, this, &TarnwellPref::showRecordedHotKey);
+    connect(hotkeySheet(), &hotkey::LiWindow::keyRefused, this, &TarnwellPref::explainRefusedKey);
+    connect(&m_desktop.keyboardLayouts, &ports::KeyboardLayouts::currentKeyboardLayoutChanged, this,
+            &TarnwellPref::showHotKeyInOtherLayout);
+}
+
+void TarnwellPref::setHotKey(QObject *)
+{
+    m_isHotKeyRecorded = false;
+    hotkeyHint()->clear();
+    updateMenuAccText(hotKeyField());
+    hotKeyField()->setFocus();
+    m_desktop.sheets.beginSheet(hotkeySheet(), m_mainView, [this](int returnCode) {
+        customSheetDidEnd(hotkeySheet(), returnCode);
+    });
+}
+
+void TarnwellPref::updateMenuAccText(QWidget *field)
+{
+    const auto wrapper = preferences();
+    if (!hotkey::storedHotKey(*wrapper)) {
+        if (const auto byDefault = hotkey::defaultHotKey(m_desktop.keyboardLayouts)) {
+            hotkey::storeHotKey(*wrapper, *byDefault);
+            wrapper->synchronize();
+        }
+    }
+    const auto stored = hotkey::storedHotKey(*wrapper);
+    if (!stored) {
+        TARNWELL_SYSTEM_LOG(u"Could not set the default hotkey for Menu Accelerator"_s);
+        return;
+    }
+    if (const auto text = hotkey::displayString(m_desktop.keyboardLayouts, *stored))
+        showHotKey(field, *text);
+}
+
+/// Shows the glyphs, and tells a screen reader the words.
+void TarnwellPref::showHotKey(QWidget *field, const QString &text)
+{
+    field->setProperty("text", text);
+    if (field == hotKeyField())
+        tellInSheet(shortcuts::spokenShortcut(text));
+    else
+        field->setAccessibleName(shortcuts::spokenShortcut(text));
+}
+
+/// Says something in the line under the field. The field has the focus while keys are recorded,
+/// and of the control with the focus a screen reader tells every change of its description.
+void TarnwellPref::tellInSheet(const QString &text)
+{
+    hotkeyHint()->setText(text);
+    hotKeyField()->setAccessibleDescription(text);
+}
+
+void TarnwellPref::showRecordedHotKey(const QString &text)
+{
+    m_isHotKeyRecorded = true;
+    showHotKey(hotKeyField(), text);
+
+    const auto event = hotkeySheet()->hotKeyEvent();
+    if (!event)
+        return;
+    const auto [keyCode, menuModifiers] = hotkey::hotKeyFor(*event);
+    const auto character = shortcuts::LayoutKeyString(m_desktop.keyboardLayouts, keyCode);
+    m_desktop.globalShortcuts.findHolder(
+        {keyCode, menuModifiers, character.value_or(QString())},
+        [self = QPointer<TarnwellPref>(this), event,
+         text](const std::optional<ports::GlobalShortcutHolder> &holder) {
+            if (!self || !holder || self->hotkeySheet()->hotKeyEvent() != event)
+                return;
+            const QString warning =
+                holder->owner.isEmpty()
+                    ? withTexts(localized("“%@” already has this combination."), {holder->action})
+                    : withTexts(localized("“%@” of %@ already has this combination."),
+                                {holder->action, holder->owner});
+            self->tellInSheet(shortcuts::spokenShortcut(text) + u'\n' + warning);
+        });
+}
+
+void TarnwellPref::explainRefusedKey(hotkey::Verdict why)
+{
+    tellInSheet(why == hotkey::Verdict::NotShowable ? localized("This key cannot be the hot key")
+                                                    : localized("Add Control, Option or Command"));
+}
+
+void TarnwellPref::showHotKeyInOtherLayout()
+{
+    updateMenuAccText(menuAccHotKey());
+    if (!hotkeySheet()->isVisible())
+        return;
+    const auto event = hotkeySheet()->hotKeyEvent();
+    if (!m_isHotKeyRecorded || !event) {
+        updateMenuAccText(hotKeyField());
+    } else if (const auto text =
+                   hotkey::displayString(m_desktop.keyboardLayouts, hotkey::hotKeyFor(*event))) {
+        showHotKey(hotKeyField(), *text);
+    }
+}
+
+void TarnwellPref::storeHotKey()
+{
+    const auto event = hotkeySheet()->hotKeyEvent();
+    if (!event)
+        return;
+    const auto wrapper = preferences();
+    hotkey::storeHotKey(*wrapper, hotkey::hotKeyFor(*event));
+    const bool isStored = wrapper->synchronize();
+    updateMenuAccText(menuAccHotKey());
+    if (!isStored) {
+        showMessage(localized("The hot key could not be stored"),
+                    localized("It will be as before when the settings are opened again."));
+    }
+}
+
+} // namespace tarnwell::pane

@@ -1,0 +1,6 @@
+list(APPEND desktop_sources
+    DesktopGlobalShortcuts.cpp
+    GlobalShortcutKeys.cpp
+    GnomeShortcuts.cpp
+    SessionBus.cpp
+    ShortcutMessages.cpp)

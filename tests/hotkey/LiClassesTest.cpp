@@ -1,0 +1,99 @@
+// What is odd about the classes of the sheet, and is to stay so.
+
+#include "desktop/CapturedLog.h"
+#include "fakes/FakeKeyboardLayouts.h"
+#include "hotkey/LiTextField.h"
+#include "hotkey/LiTextFieldCell.h"
+#include "hotkey/LiTextView.h"
+#include "hotkey/LiWindow.h"
+
+#include <QApplication>
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace tarnwell::hotkey {
+namespace {
+
+class Pane final : public HotKeyPane
+{
+public:
+    Pane(LiTextField *field, const ports::KeyboardLayouts &layouts)
+        : m_field(field)
+        , m_layouts(layouts)
+    {}
+
+    LiTextField *hotKeyField() const override { return m_field; }
+    const ports::KeyboardLayouts &keyboardLayouts() const override { return m_layouts; }
+
+private:
+    LiTextField *m_field;
+    const ports::KeyboardLayouts &m_layouts;
+};
+
+TEST(LiWindow, SharesThePaneOrBorrowsIt)
+{
+    fakes::FakeKeyboardLayouts keyboard;
+    auto shared = std::make_shared<Pane>(nullptr, keyboard.port());
+    const std::weak_ptr<Pane> watched = shared;
+    Pane borrowed(nullptr, keyboard.port());
+    {
+        LiWindow window;
+        window.setPrefpane(shared);
+        shared.reset();
+        EXPECT_FALSE(watched.expired()) << "the window keeps it";
+        EXPECT_EQ(window.prefPane(), watched.lock().get());
+        window.setPrefPane(&borrowed);
+        EXPECT_TRUE(watched.expired());
+        EXPECT_EQ(window.prefPane(), &borrowed);
+    }
+    EXPECT_EQ(borrowed.hotKeyField(), nullptr) << "the window's end leaves it alone";
+}
+
+TEST(LiWindow, ChangesNothingForAKeyThatIsRefused)
+{
+    fakes::FakeKeyboardLayouts keyboard;
+    LiTextField field;
+    field.setText(u"⌃⌥⌘M"_s);
+    LiWindow window;
+    EXPECT_FALSE(window.performKeyEquivalent({0x2E, controlFlag})) << "no pane yet";
+    window.setPrefpane(std::make_shared<Pane>(&field, keyboard.port()));
+
+    ASSERT_TRUE(window.performKeyEquivalent({0x00, commandFlag}));
+    EXPECT_EQ(field.text(), u"⌘A"_s);
+    EXPECT_EQ(window.hotKeyEvent(), (KeyEvent{0x00, commandFlag}));
+    EXPECT_FALSE(window.performKeyEquivalent({0x2E, shiftFlag}));
+    keyboard.useNoLayout();
+    EXPECT_FALSE(window.performKeyEquivalent({0x2E, controlFlag}));
+    EXPECT_EQ(field.text(), u"⌘A"_s);
+    EXPECT_EQ(window.hotKeyEvent(), (KeyEvent{0x00, commandFlag}));
+}
+
+TEST(LiTextFieldCell, GreetsAndUsesTheEditorOfEveryField)
+{
+    QLineEdit control;
+    QFont font = control.font();
+    font.setPointSize(font.pointSize() + 7);
+    control.setFont(font);
+    QLineEdit editor;
+    LiTextFieldCell cell(control);
+    const auto widgets = QApplication::allWidgets().size();
+    const tests::CapturedLog log;
+    EXPECT_EQ(cell.setUpFieldEditorAttributes(&editor), &editor);
+    EXPECT_EQ(log.lines(), QStringList{u"Yo!"_s});
+    EXPECT_EQ(editor.font().pointSize(), font.pointSize());
+    EXPECT_EQ(QApplication::allWidgets().size(), widgets) << "its own editor is gone again";
+    EXPECT_EQ(cell.setUpFieldEditorAttributes(nullptr), nullptr);
+}
+
+TEST(LiTextView, LogsKeysAndLeavesThem)
+{
+    const LiTextView view;
+    const tests::CapturedLog log;
+    EXPECT_FALSE(view.performKeyEquivalent({0x2E, 0x1C0000}));
+    EXPECT_EQ(log.lines(), QStringList{u"key code 0x2e, modifier flags 0x1c0000"_s});
+}
+
+} // namespace
+} // namespace tarnwell::hotkey
