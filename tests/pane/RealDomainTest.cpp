@@ -43,6 +43,7 @@ def item(title):
             "NewKeyCommands": {**command(11), "t": title}, "Private": b"\x00\xff"}
 domain = {"MenuShortcuts": {"com.example.scribe":
               [{"ParentTitle": "File", "Keys": [item(t) for t in titles]}]},
+          "MenuAccKeyCode": 46, "MenuAccMods": 6,
           "Unknown": {"when": 2**40, "ratio": 0.25, "raw": b"\x01", "on": True, "texts": ["ä", ""]}}
 with open(path, "wb") as file:
     plistlib.dump(domain, file, fmt=plistlib.FMT_XML if form == "xml" else plistlib.FMT_BINARY)

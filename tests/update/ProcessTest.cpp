@@ -59,7 +59,7 @@ ports::Desktop withTimersAndFacts(const ports::Desktop &real, ports::Timers &tim
             real.tasks,
             real.fileStore,
             real.session,
-            real.lockFiles};
+            real.lockFiles, real.globalShortcuts};
 }
 
 /// A pane as its bundle makes it, but for the timers, and for being an ordinary user's.

@@ -138,9 +138,9 @@ TEST_F(View, TakesThePlaceAndTheTabsOfItsPlaceholder)
     }
     EXPECT_EQ(order, (QStringList{u"before"_s, u"checkUpdatesButton"_s, u"frequencyPopup"_s,
                                   u"privacyButton"_s, u"checkNow"_s, u"after"_s}));
-    QPointer<QWidget> view = controller->updaterView();
+    QPointer<QWidget> shownView = controller->updaterView();
     controller.reset();
-    EXPECT_FALSE(view) << "controls without a controller";
+    EXPECT_FALSE(shownView) << "controls without a controller";
 }
 
 TEST_F(View, IsCentredWhereNoLayoutKeepsThePlace)
