@@ -87,7 +87,7 @@ void QXVCUpdateViewController_V102::runModally(QWidget *window, QWidget *over)
 
 void QXVCUpdateViewController_V102::windowWillClose()
 {
-    if (QApplication::activeModalWidget())
+    if (privacyWindow()->windowModality() == Qt::ApplicationModal)
         privacyWindow()->setWindowModality(Qt::NonModal);
 }
 

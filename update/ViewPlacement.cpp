@@ -3,6 +3,7 @@
 #include <QLayout>
 #include <QWidget>
 
+#include <algorithm>
 #include <cmath>
 #include <memory>
 
@@ -10,25 +11,48 @@ namespace tarnwell::update {
 
 namespace {
 
-/// The controls of a view in the order of tabs that they had in their own window.
-QList<QWidget *> controlsOf(QWidget *view)
+/// The controls in a window in the order of tabs, from a widget on and around.
+QList<QWidget *> controlsFrom(QWidget *first)
 {
     QList<QWidget *> controls;
-    for (QWidget *widget = view->nextInFocusChain(); widget && widget != view;
-         widget = widget->nextInFocusChain()) {
-        if (view->isAncestorOf(widget) && (widget->focusPolicy() & Qt::TabFocus))
+    QWidget *widget = first;
+    do {
+        if (widget->focusPolicy() & Qt::TabFocus)
             controls.append(widget);
-    }
+        widget = widget->nextInFocusChain();
+    } while (widget && widget != first);
     return controls;
 }
 
-/// The control before a placeholder, from which tabs go on.
+QList<QWidget *> controlsIn(QWidget *view)
+{
+    QList<QWidget *> controls = controlsFrom(view);
+    controls.removeIf([view](const QWidget *control) { return !view->isAncestorOf(control); });
+    return controls;
+}
+
+/// The control from which tabs are to come to what is put in a placeholder's place: the one before
+/// the first control that is laid out behind it. The placeholder's own place among the tabs says
+/// nothing, as it takes no focus.
 QWidget *controlBefore(QWidget *placeholder)
 {
-    QWidget *widget = placeholder->previousInFocusChain();
-    while (widget && widget != placeholder && !(widget->focusPolicy() & Qt::TabFocus))
-        widget = widget->previousInFocusChain();
-    return widget == placeholder ? nullptr : widget;
+    const QLayout *layout = placeholder->parentWidget()->layout();
+    const int index = layout ? layout->indexOf(placeholder) : -1;
+    if (index < 0)
+        return nullptr;
+    QList<QWidget *> behind;
+    for (int i = index + 1; i < layout->count(); ++i) {
+        if (QWidget *widget = layout->itemAt(i)->widget())
+            behind.append(widget);
+    }
+    const QList<QWidget *> controls = controlsFrom(placeholder->window());
+    const auto isBehind = [&behind](const QWidget *control) {
+        return std::any_of(behind.begin(), behind.end(), [control](const QWidget *widget) {
+            return widget == control || widget->isAncestorOf(control);
+        });
+    };
+    const auto next = std::find_if(controls.begin(), controls.end(), isBehind);
+    return next == controls.begin() || next == controls.end() ? nullptr : *std::prev(next);
 }
 
 } // namespace
@@ -47,7 +71,7 @@ void putInPlaceOf(QWidget *placeholder, QWidget *view)
     QWidget *superview = placeholder->parentWidget();
     if (!superview)
         return;
-    const QList<QWidget *> controls = controlsOf(view);
+    const QList<QWidget *> controls = controlsIn(view);
     QWidget *before = controlBefore(placeholder);
     view->adjustSize();
     const QSize size = view->size();

@@ -191,6 +191,7 @@ TEST_F(Schedule, NeedsABundle)
 
 TEST_F(Schedule, WritesTheSwitchWhenThereIsNone)
 {
+    CapturedLog log;
     update::QXCheckForUpdatesIfDue(context(), plugin(), false, nullptr);
     EXPECT_EQ(seen(u"SUCheckForUpdates"_s), plist::Value(true));
 }
@@ -215,6 +216,7 @@ TEST_F(Schedule, AnUpdaterThatWillNotStartIsNotTriedAtOnceAgain)
 {
     applications.control().openStatus = -10810;
     const foundation::Bundle bundle = plugin();
+    CapturedLog log;
     EXPECT_EQ(update::QXCheckForUpdatesIfDue(context(), bundle, true, nullptr), 0);
     applications.control().openStatus = 0;
     EXPECT_EQ(update::QXCheckForUpdatesIfDue(context(), bundle, true, nullptr), 0);
