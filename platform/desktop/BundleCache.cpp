@@ -16,15 +16,19 @@ constexpr qsizetype mostEntries = 16384;
 
 std::optional<DescribingFile> describingFile(const QString &path)
 {
+    // Lists name many applications that are gone, so that is found out with one question.
+    const std::optional<FileStamp> itself = FileStamp::of(path);
+    if (!itself)
+        return std::nullopt;
     static constexpr QLatin1StringView endings[] = {"/Contents/Info.plist"_L1, "/Info.plist"_L1,
                                                     "/Resources/Info.plist"_L1,
-                                                    "/Resources/Info-gnustep.plist"_L1, ""_L1};
+                                                    "/Resources/Info-gnustep.plist"_L1};
     for (const QLatin1StringView ending : endings) {
         const QString file = path + ending;
         if (const std::optional<FileStamp> stamp = FileStamp::of(file))
             return DescribingFile{file, *stamp};
     }
-    return std::nullopt;
+    return DescribingFile{path, *itself};
 }
 
 BundleCache::Entry *BundleCache::entryAt(const QString &path) const

@@ -1,0 +1,307 @@
+#include "fakes/FakeApplications.h"
+#include "fakes/FakeRunningApplications.h"
+#include "fakes/FakeSheets.h"
+#include "fakes/FakeWorkspace.h"
+#include "support/TemporaryHome.h"
+#include "ui/ApplicationBrowser.h"
+#include "ui/ApplicationChooserModel.h"
+#include "ui/WidgetOpenPanel.h"
+#include "ui/WidgetSheets.h"
+
+#include <QAbstractItemModelTester>
+#include <QApplication>
+#include <QDialog>
+#include <QElapsedTimer>
+#include <QFileDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListView>
+#include <QPushButton>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace tarnwell::tests {
+
+namespace {
+
+/// Counts how many icons are asked for.
+class CountingWorkspace final : public ports::Workspace
+{
+public:
+    QIcon iconForFile(const QString &) const override
+    {
+        ++asked;
+        return m_icon;
+    }
+    QIcon iconForFileType(const QString &) const override { return m_icon; }
+    QIcon iconFromImageFile(const QString &) const override { return m_icon; }
+    bool openFile(const QString &) override { return false; }
+    bool openUrl(const QUrl &) override { return false; }
+
+    mutable int asked = 0;
+
+private:
+    QIcon m_icon{QPixmap(16, 16)};
+};
+
+ports::ApplicationPanel severalApplications()
+{
+    ports::ApplicationPanel panel;
+    panel.title = u"Choose an Application"_s;
+    panel.prompt = u"Add"_s;
+    panel.folder = u"/Applications"_s;
+    panel.types = QStringList{u"app"_s};
+    panel.allowsMultipleSelection = true;
+    return panel;
+}
+
+} // namespace
+
+class ApplicationChooser : public testing::Test
+{
+protected:
+    ApplicationChooser()
+    {
+        for (const QString &name : {u"quill"_s, u"Pens"_s, u"Inks 10"_s, u"Inks 9"_s})
+            home.addApplication(u"/Applications/%1.app"_s.arg(name), u"com.example."_s + name,
+                                name);
+        running.control().insert(u"/Applications/quill.app"_s);
+        window.show();
+    }
+
+    void begin(const ports::ApplicationPanel &panel = severalApplications())
+    {
+        openPanel.chooseApplications(panel, &window, [this](int code, const QStringList &paths) {
+            codes.append(code);
+            chosen = paths;
+        });
+        QApplication::processEvents();
+    }
+
+    template <typename Widget>
+    Widget *find(const char *name)
+    {
+        for (QWidget *top : QApplication::topLevelWidgets()) {
+            if (!top->isVisible())
+                continue;
+            if (auto *widget = top->findChild<Widget *>(QLatin1StringView(name)))
+                return widget;
+            if (auto *itself = qobject_cast<Widget *>(top);
+                itself && itself->objectName() == QLatin1StringView(name))
+                return itself;
+        }
+        return nullptr;
+    }
+    QStringList shown()
+    {
+        QStringList names;
+        const auto *model = find<QListView>("applicationList")->model();
+        for (int row = 0; row < model->rowCount(); ++row)
+            names.append(model->index(row, 0).data().toString());
+        return names;
+    }
+    void tick(int row)
+    {
+        auto *model = find<QListView>("applicationList")->model();
+        model->setData(model->index(row, 0), Qt::Checked, Qt::CheckStateRole);
+    }
+    void press(const char *button)
+    {
+        QTest::mouseClick(find<QPushButton>(button), Qt::LeftButton);
+        QApplication::processEvents();
+    }
+
+    fakes::FakeHome home;
+    fakes::FakeApplications applications{home};
+    fakes::FakeRunningApplications running;
+    CountingWorkspace workspace;
+    QWidget window;
+    ui::WidgetSheets sheets;
+    ui::WidgetOpenPanel openPanel{sheets, applications, running, workspace};
+    QList<int> codes;
+    QStringList chosen;
+};
+
+TEST_F(ApplicationChooser, ShowsTheRunningOnesFirst)
+{
+    begin();
+    EXPECT_EQ(shown(), (QStringList{u"quill"_s, u"Inks 9"_s, u"Inks 10"_s, u"Pens"_s}));
+    EXPECT_EQ(find<QDialog>("applicationChooser")->windowTitle(), u"Choose an Application"_s);
+    EXPECT_EQ(find<QPushButton>("confirmButton")->text(), u"Add"_s);
+    EXPECT_FALSE(find<QPushButton>("confirmButton")->isEnabled());
+    const QModelIndex first = find<QListView>("applicationList")->model()->index(0, 0);
+    EXPECT_EQ(first.data(Qt::AccessibleTextRole).toString(), u"quill, running"_s);
+}
+
+TEST_F(ApplicationChooser, KeepsTicksAcrossSearches)
+{
+    begin();
+    auto *search = find<QLineEdit>("applicationSearch");
+    QTest::keyClicks(search, u"inks 9"_s);
+    EXPECT_EQ(shown(), QStringList{u"Inks 9"_s});
+    tick(0);
+    search->setText(u"COM.EXAMPLE.Q"_s);
+    EXPECT_EQ(shown(), QStringList{u"quill"_s}) << "identifiers are searched, too";
+    tick(0);
+    search->setText(u"no such thing"_s);
+    EXPECT_TRUE(shown().isEmpty());
+    EXPECT_TRUE(find<QLabel>("chosenApplications")->text().contains(u"quill, Inks 9"_s));
+    press("confirmButton");
+    EXPECT_EQ(codes, QList<int>{1});
+    EXPECT_EQ(chosen, (QStringList{u"/Applications/quill.app"_s, u"/Applications/Inks 9.app"_s}));
+}
+
+TEST_F(ApplicationChooser, TypingAndReturnAreEnough)
+{
+    begin();
+    auto *search = find<QLineEdit>("applicationSearch");
+    QTest::keyClicks(search, u"pen"_s);
+    QTest::keyClick(search, Qt::Key_Return);
+    QApplication::processEvents();
+    EXPECT_EQ(chosen, QStringList{u"/Applications/Pens.app"_s});
+    EXPECT_EQ(codes, QList<int>{1});
+}
+
+TEST_F(ApplicationChooser, ArrowsLeadFromTheSearchIntoTheList)
+{
+    begin();
+    QTest::keyClick(find<QLineEdit>("applicationSearch"), Qt::Key_Down);
+    auto *list = find<QListView>("applicationList");
+    EXPECT_EQ(list->currentIndex().row(), 0);
+    QTest::keyClick(list, Qt::Key_Down);
+    QTest::keyClick(list, Qt::Key_Space);
+    EXPECT_EQ(list->model()->index(1, 0).data(Qt::CheckStateRole).toInt(), Qt::Checked);
+}
+
+TEST_F(ApplicationChooser, EndsWithNothingWhenTheUserGivesUp)
+{
+    for (int round = 0; round < 3; ++round) {
+        begin();
+        tick(0);
+        if (round == 0)
+            press("cancelButton");
+        else if (round == 1)
+            QTest::keyClick(find<QDialog>("applicationChooser"), Qt::Key_Escape);
+        else
+            window.hide();
+        QApplication::processEvents();
+        EXPECT_EQ(codes, QList<int>(round + 1, 0));
+        EXPECT_TRUE(chosen.isEmpty());
+    }
+}
+
+TEST_F(ApplicationChooser, OneAtATimeHasNoTicks)
+{
+    ports::ApplicationPanel panel = severalApplications();
+    panel.allowsMultipleSelection = false;
+    begin(panel);
+    auto *list = find<QListView>("applicationList");
+    EXPECT_FALSE(list->model()->index(0, 0).data(Qt::CheckStateRole).isValid());
+    list->setCurrentIndex(list->model()->index(3, 0));
+    press("confirmButton");
+    EXPECT_EQ(chosen, QStringList{u"/Applications/Pens.app"_s});
+}
+
+TEST_F(ApplicationChooser, HundredsOfApplicationsLoadOnlyTheIconsThatShow)
+{
+    for (int i = 0; i < 800; ++i)
+        home.addApplication(u"/Applications/Tool %1.app"_s.arg(i), u"tool.%1"_s.arg(i),
+                            u"Tool %1"_s.arg(i));
+    begin();
+    EXPECT_EQ(shown().size(), 804);
+    auto *list = find<QListView>("applicationList");
+    list->grab();
+    const int onePage = workspace.asked;
+    EXPECT_GT(onePage, 0);
+    EXPECT_LT(onePage, 40);
+    list->scrollToBottom();
+    list->grab();
+    EXPECT_LE(workspace.asked, 2 * onePage + 2);
+    const QAbstractItemModelTester tester(list->model());
+}
+
+TEST_F(ApplicationChooser, BrowsingTakesBundlesForFiles)
+{
+    TemporaryHome disk;
+    const QString bundle = disk.makeApplication(u"/Tools/Nibs.app"_s, u"nibs"_s);
+    const QString tool = disk.write(u"/Tools/blotter"_s, "#!/bin/sh\n", true);
+    disk.write(u"/Tools/notes.txt"_s, "");
+    disk.makeFolder(u"/Tools/More"_s);
+    ports::ApplicationPanel panel = severalApplications();
+    panel.folder = disk.path(u"/Tools"_s);
+    const struct
+    {
+        const char *name;
+        QString entered; ///< a folder that is opened
+        QString typed;   ///< a name that is typed
+        QStringList chosen;
+    } rows[] = {
+        {"opening a bundle", bundle, {}, {bundle}},
+        {"opening a folder", disk.path(u"/Tools/More"_s), {}, {}},
+        {"typing a bundle", {}, u"Nibs.app"_s, {bundle}},
+        {"typing a program", {}, u"blotter"_s, {tool}},
+        {"typing a folder", {}, u"More"_s, {}},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.name);
+        begin(panel);
+        tick(0);
+        press("browseButton");
+        auto *browser = find<ui::ApplicationBrowser>("applicationBrowser");
+        ASSERT_TRUE(browser);
+        EXPECT_EQ(browser->directory().absolutePath(), panel.folder);
+        if (!row.entered.isEmpty())
+            Q_EMIT browser->directoryEntered(row.entered);
+        if (!row.typed.isEmpty()) {
+            browser->findChild<QLineEdit *>(u"fileNameEdit"_s)->setText(row.typed);
+            browser->accept();
+        }
+        QApplication::processEvents();
+        if (row.chosen.isEmpty()) {
+            EXPECT_TRUE(codes.isEmpty());
+            browser->reject();
+            press("cancelButton");
+        } else {
+            EXPECT_EQ(chosen, QStringList{u"/Applications/quill.app"_s} + row.chosen);
+        }
+        codes.clear();
+        chosen.clear();
+    }
+}
+
+TEST_F(ApplicationChooser, FilesAreChosenToOpenAndToSave)
+{
+    TemporaryHome disk;
+    const QString file = disk.write(u"/list.plist"_s, "");
+    QStringList paths;
+    const auto didEnd = [&paths](const QString &path) { paths.append(path); };
+    openPanel.chooseFileToOpen(u"Open"_s, {u"Lists (*.plist)"_s}, &window, didEnd);
+    QApplication::processEvents();
+    auto *open = find<QFileDialog>("fileToOpen");
+    ASSERT_TRUE(open);
+    open->setDirectory(disk.root());
+    open->findChild<QLineEdit *>(u"fileNameEdit"_s)->setText(u"list.plist"_s);
+    static_cast<QDialog *>(open)->accept();
+    QApplication::processEvents();
+
+    openPanel.chooseFileToSave(u"Save"_s, u"Exclude List.plist"_s, &window, didEnd);
+    QApplication::processEvents();
+    auto *save = find<QFileDialog>("fileToSave");
+    ASSERT_TRUE(save);
+    save->setDirectory(disk.root());
+    EXPECT_EQ(save->findChild<QLineEdit *>(u"fileNameEdit"_s)->text(), u"Exclude List.plist"_s);
+    save->findChild<QLineEdit *>(u"fileNameEdit"_s)->setText(u"mine"_s);
+    static_cast<QDialog *>(save)->accept();
+    QApplication::processEvents();
+
+    openPanel.chooseFileToOpen(u"Open"_s, {}, &window, didEnd);
+    QApplication::processEvents();
+    find<QFileDialog>("fileToOpen")->reject();
+    QApplication::processEvents();
+    EXPECT_EQ(paths, (QStringList{file, disk.path(u"/mine.plist"_s), QString()}));
+}
+
+} // namespace tarnwell::tests

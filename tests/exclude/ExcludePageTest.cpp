@@ -1,0 +1,268 @@
+#include "foundation/plist/PropertyList.h"
+#include "support/PaneFixture.h"
+
+#include <QAbstractItemModelTester>
+#include <QCheckBox>
+#include <QFile>
+#include <QPushButton>
+#include <QTableView>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace tarnwell::tests {
+
+namespace {
+
+plist::Dictionary record(const QString &id, bool hardcoded = false)
+{
+    plist::Dictionary result{{u"ID"_s, id}, {u"DisplayName"_s, id}};
+    if (hardcoded)
+        result.insert(u"Hardcoded"_s, true);
+    return result;
+}
+
+} // namespace
+
+class ExcludePage : public PaneFixture
+{
+protected:
+    QTableView *table() { return pane->ieListTable(); }
+    QStringList shown()
+    {
+        QStringList names;
+        for (int row = 0; row < table()->model()->rowCount(); ++row)
+            names.append(table()->model()->index(row, 1).data().toString());
+        return names;
+    }
+    QStringList storedIdentifiers()
+    {
+        QStringList result;
+        const plist::Value list = stored(u"ExcludeList"_s);
+        for (const plist::Value &element : list.toArray())
+            result.append(element.toDictionary().value(u"ID").toString());
+        return result;
+    }
+    void showPaneWith(const plist::Array &list)
+    {
+        store(u"ExcludeList"_s, plist::Value(list));
+        showPane();
+    }
+    /// A bundle on disk, which the registry knows.
+    QString makeApplication(const QString &name)
+    {
+        const QString path = disk.path() + u'/' + name + u".app"_s;
+        QDir().mkpath(path + u"/Contents"_s);
+        QFile info(path + u"/Contents/Info.plist"_s);
+        EXPECT_TRUE(info.open(QIODevice::WriteOnly));
+        const QString identifier = u"com.example."_s + name;
+        info.write(plist::write(plist::Dictionary{{u"CFBundleIdentifier"_s, identifier}},
+                                plist::Format::Xml));
+        home.addApplication(path, identifier, name);
+        return path;
+    }
+
+    QTemporaryDir disk;
+};
+
+TEST_F(ExcludePage, AddsWhatTheOpenPanelChooses)
+{
+    const QString pens = makeApplication(u"Pens"_s);
+    const QString inks = makeApplication(u"Inks"_s);
+    showPaneWith({});
+    EXPECT_FALSE(pane->ieRemoveButton()->isEnabled());
+    QTest::mouseClick(find<QPushButton>("ieAddButton"), Qt::LeftButton);
+    const ports::ApplicationPanel &panel = openPanel.control().panel();
+    EXPECT_EQ(panel.title, u"Choose an Application"_s);
+    EXPECT_EQ(panel.prompt, u"Add"_s);
+    EXPECT_EQ(panel.folder, u"/Applications"_s);
+    EXPECT_EQ(panel.types, QStringList{u"app"_s});
+    EXPECT_TRUE(panel.allowsMultipleSelection && panel.canChooseFiles);
+    EXPECT_FALSE(panel.canChooseDirectories || panel.treatsFilePackagesAsDirectories);
+
+    ASSERT_TRUE(openPanel.control().chooseApplications({pens, inks}));
+    EXPECT_EQ(storedIdentifiers(), (QStringList{u"com.example.Pens"_s, u"com.example.Inks"_s}));
+    EXPECT_EQ(shown(), (QStringList{u"Inks"_s, u"Pens"_s}));
+
+    pane->ieAddApp(nullptr);
+    ASSERT_TRUE(openPanel.control().cancel());
+    pane->ieOpenPanelDidEnd({makeApplication(u"Nibs"_s)}, 0);
+    pane->ieOpenPanelDidEnd({}, 1);
+    EXPECT_EQ(shown().size(), 2);
+}
+
+TEST_F(ExcludePage, AddsTheBundleAroundAnItemAndSkipsWhatIsInNone)
+{
+    fileManager.control().usesDisk = true;
+    const QString pens = makeApplication(u"Pens"_s);
+    const auto write = [this](const QString &name, bool executable) {
+        QFile file(disk.path() + u'/' + name);
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        if (executable)
+            file.setPermissions(file.permissions() | QFileDevice::ExeOwner);
+        home.addFile(file.fileName(), executable);
+        return file.fileName();
+    };
+    const QString tool = write(u"blotter"_s, true);
+    showPaneWith({record(u"com.example.Pens"_s)});
+    pane->ieOpenPanelDidEnd({u"/nowhere"_s, write(u"notes.txt"_s, false), disk.path(), tool,
+                             write(u"Pens.app/nib"_s, true), pens},
+                            1);
+    EXPECT_EQ(storedIdentifiers(),
+              (QStringList{u"com.example.Pens"_s, QString(u"com.unknown.by-path."_s + tool),
+                           QString(u"com.unknown.by-path."_s + pens + u"/nib"_s)}));
+    EXPECT_EQ(stored(u"ExcludeList"_s).toArray().at(2).toDictionary().value(u"Path").toString(),
+              QString(pens + u"/nib"_s));
+}
+
+TEST_F(ExcludePage, RemovesTheSelectedApplication)
+{
+    showPaneWith({record(u"b"_s), record(u"a"_s), record(u"c"_s)});
+    preferences.control().clearRecord();
+    pane->ieRemoveApp(nullptr);
+    EXPECT_TRUE(preferences.control().writes().isEmpty()) << "nothing was selected";
+
+    table()->selectRow(1);
+    EXPECT_TRUE(pane->ieRemoveButton()->isEnabled());
+    QTest::mouseClick(pane->ieRemoveButton(), Qt::LeftButton);
+    EXPECT_EQ(storedIdentifiers(), (QStringList{u"a"_s, u"c"_s}));
+    EXPECT_EQ(table()->currentIndex().row(), 1) << "the next one is selected";
+    QTest::mouseClick(pane->ieRemoveButton(), Qt::LeftButton);
+    EXPECT_EQ(shown(), QStringList{u"a"_s});
+}
+
+TEST_F(ExcludePage, GuardsPredefinedOnesByTheSelectionAlone)
+{
+    showPaneWith({record(u"a"_s), record(u"b"_s, true)});
+    table()->selectRow(1);
+    EXPECT_FALSE(pane->ieRemoveButton()->isEnabled());
+    pane->buildIEList();
+    EXPECT_TRUE(pane->ieRemoveButton()->isEnabled()) << "a rebuild asks only for a selection";
+    table()->selectRow(0);
+    EXPECT_TRUE(pane->ieRemoveButton()->isEnabled());
+    table()->selectRow(1);
+    EXPECT_FALSE(pane->ieRemoveButton()->isEnabled());
+    pane->buildIEList();
+    QTest::mouseClick(pane->ieRemoveButton(), Qt::LeftButton);
+    EXPECT_EQ(storedIdentifiers(), QStringList{u"a"_s});
+}
+
+TEST_F(ExcludePage, HidesPredefinedOnesOnWish)
+{
+    store(u"HidePredefinedExcludeListItems"_s, true);
+    showPaneWith({record(u"c"_s), record(u"b"_s, true), record(u"a"_s)});
+    EXPECT_EQ(shown(), (QStringList{u"a"_s, u"c"_s}));
+    table()->selectRow(1);
+    pane->ieHideCheckbox()->click();
+    EXPECT_EQ(stored(u"HidePredefinedExcludeListItems"_s), plist::Value(false));
+    EXPECT_EQ(shown(), (QStringList{u"a"_s, u"b"_s, u"c"_s}));
+    EXPECT_EQ(table()->currentIndex().row(), 2) << "the application stays selected";
+    pane->ieHideCheckbox()->click();
+    EXPECT_EQ(shown(), (QStringList{u"a"_s, u"c"_s}));
+    EXPECT_EQ(storedIdentifiers().size(), 3);
+}
+
+TEST_F(ExcludePage, FollowsTheStoredListWhenShownAgain)
+{
+    showPaneWith({record(u"a"_s)});
+    store(u"ExcludeList"_s, plist::Value(plist::Array{7, record(u"b"_s), record(u"a"_s)}));
+    pane->willUnselect();
+    pane->willSelect();
+    EXPECT_EQ(shown(), (QStringList{u"a"_s, u"b"_s}));
+    EXPECT_EQ(pane->numberOfRowsInTableView(table()), 2);
+    EXPECT_EQ(pane->objectValueForTableColumn(table(), 1, 1)->text(), u"b\n"_s);
+    EXPECT_EQ(pane->objectValueForTableColumn(table(), 13, 1), std::nullopt);
+    EXPECT_EQ(pane->objectValueForTableColumn(table(), 1, 2), std::nullopt);
+}
+
+TEST_F(ExcludePage, InternetCheckboxStoresTheOpposite)
+{
+    showPane();
+    ASSERT_TRUE(pane->ieInternetCheckbox()->isChecked());
+    pane->ieInternetCheckbox()->click();
+    EXPECT_EQ(stored(u"ExcludeListNoInternetSync"_s), plist::Value(true));
+    pane->ieInternetCheckbox()->click();
+    EXPECT_EQ(stored(u"ExcludeListNoInternetSync"_s), plist::Value(false));
+    EXPECT_TRUE(httpFetcher.control().fetched.isEmpty());
+}
+
+TEST_F(ExcludePage, ChecksTheInternetOnceEachTimeThePaneIsToBeSeen)
+{
+    store(u"ExcludeListLastInternetCheck"_s, 1);
+    showPane();
+    timers.control().advance(60);
+    EXPECT_TRUE(httpFetcher.control().fetched.isEmpty()) << "nothing is painted yet";
+    view->grab();
+    EXPECT_TRUE(httpFetcher.control().fetched.isEmpty()) << "painting does not wait for it";
+    timers.control().advance(0);
+    ASSERT_EQ(httpFetcher.control().fetched.size(), 1);
+    EXPECT_EQ(httpFetcher.control().fetched.first().path(), u"/goto/excludelist/tarnwell/"_s);
+    view->grab();
+    timers.control().advance(60);
+    EXPECT_EQ(httpFetcher.control().fetched.size(), 1);
+
+    pane->willUnselect();
+    pane->willSelect();
+    view->grab();
+    pane->willUnselect();
+    timers.control().advance(60);
+    EXPECT_EQ(httpFetcher.control().fetched.size(), 1) << "left before its turn came";
+    pane->willSelect();
+    view->grab();
+    timers.control().advance(0);
+    EXPECT_EQ(httpFetcher.control().fetched.size(), 2);
+}
+
+TEST_F(ExcludePage, ExportsAndImportsTheUsersOwn)
+{
+    showPaneWith({record(u"a"_s), record(u"b"_s, true)});
+    QTest::mouseClick(pane->ieExportButton(), Qt::LeftButton);
+    EXPECT_EQ(openPanel.control().suggestedName(), u"Tarnwell Exclude List.plist"_s);
+    ASSERT_TRUE(openPanel.control().chooseFile(u"/home/tester/list.plist"_s));
+    store(u"ExcludeList"_s, plist::Value(plist::Array{u"no record"_s, record(u"c"_s)}));
+    pane->buildIEList();
+
+    QTest::mouseClick(find<QPushButton>("ieImportButton"), Qt::LeftButton);
+    ASSERT_TRUE(openPanel.control().chooseFile(u"/home/tester/list.plist"_s));
+    ASSERT_EQ(sheetsControl.alerts().size(), 1);
+    EXPECT_TRUE(sheetsControl.alerts().first().alert.message.contains(u"added: a."_s));
+    EXPECT_EQ(storedIdentifiers().size(), 2) << "not before the user agrees";
+    ASSERT_TRUE(sheetsControl.answer(1));
+    EXPECT_EQ(stored(u"ExcludeList"_s),
+              plist::Value(plist::Array{u"no record"_s, record(u"c"_s), record(u"a"_s)}));
+    EXPECT_EQ(shown(), (QStringList{u"a"_s, u"c"_s}));
+}
+
+TEST_F(ExcludePage, SaysWhyAnExportOrImportFailed)
+{
+    showPaneWith({record(u"a"_s, true)});
+    EXPECT_FALSE(pane->ieExportButton()->isEnabled()) << "nothing is the user's own";
+    fileStoreControl.files[u"/damaged.plist"_s] = "<plist><dict>";
+    for (const QString &path : {u"/damaged.plist"_s, u"/none.plist"_s}) {
+        pane->doImportExcludeList(nullptr);
+        ASSERT_TRUE(openPanel.control().chooseFile(path));
+        EXPECT_EQ(sheetsControl.alerts().last().alert.title, u"Nothing Was Imported"_s);
+        EXPECT_TRUE(sheetsControl.alerts().last().alert.message.contains(path));
+    }
+    fileStoreControl.writeError = u"The disk is full"_s;
+    pane->doExportExcludeList(nullptr);
+    ASSERT_TRUE(openPanel.control().chooseFile(u"/list.plist"_s));
+    EXPECT_TRUE(sheetsControl.alerts().last().alert.message.contains(u"The disk is full"_s));
+    EXPECT_EQ(storedIdentifiers().size(), 1);
+}
+
+TEST_F(ExcludePage, TableModelIsSound)
+{
+    showPane();
+    const QAbstractItemModelTester tester(table()->model(),
+                                          QAbstractItemModelTester::FailureReportingMode::Fatal);
+    for (const plist::Array &list : {plist::Array{record(u"a"_s), record(u"b"_s, true)},
+                                     plist::Array{record(u"b"_s)}, plist::Array{}}) {
+        store(u"ExcludeList"_s, plist::Value(list));
+        pane->buildIEList();
+        EXPECT_EQ(table()->model()->rowCount(), list.size());
+    }
+}
+
+} // namespace tarnwell::tests
