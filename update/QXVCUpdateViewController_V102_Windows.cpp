@@ -10,7 +10,9 @@
 #include <QApplication>
 #include <QDialog>
 #include <QEvent>
+#include <QScrollBar>
 #include <QTextBrowser>
+#include <QTextCursor>
 #include <QWindow>
 
 using namespace Qt::StringLiterals;
@@ -72,6 +74,9 @@ void QXVCUpdateViewController_V102::loadPrivacyStatement(const QString &path)
     QTextBrowser *view = privacyText();
     if (!ui::loadRichTextPackage(path, {view->font(), view->palette()}, *view->document()))
         view->setPlainText(formatted(localized("Cannot load %@"), {path}));
+    // The view would go on to where its cursor was pushed to: the end of the text.
+    view->moveCursor(QTextCursor::Start);
+    view->verticalScrollBar()->setValue(0);
 }
 
 /// The window holds up the whole application until it is closed; nothing waits for it here.

@@ -198,6 +198,7 @@ TEST_F(View, ShowsThePrivacyStatementInASheet)
         open->click();
         EXPECT_TRUE(sheetsControl.isOpen(privacy));
         EXPECT_TRUE(controller->privacyText()->toPlainText().contains("What this pane does"_L1));
+        EXPECT_EQ(controller->privacyText()->textCursor().position(), 0) << "read from the start";
         privacy->findChild<QPushButton *>(u"privacyDoneButton"_s)->click();
         sheetsControl.turn();
         EXPECT_FALSE(privacy->isVisible());
