@@ -71,7 +71,7 @@ public:
         : m_bundle(*foundation::Bundle::open(QStringLiteral(TARNWELL_PANE_BUNDLE)))
         , m_desktop({m_bundle.path(), home.home(), home.root(), m_icon})
         , m_pane(withTimersAndFacts(m_desktop.ports(),
-                                    hasRealTimers ? m_desktop.ports().timers : timers, m_facts),
+                                    hasRealTimers ? m_desktop.ports().timers : timers, facts),
                  m_desktop.identityCache(), m_bundle)
     {
         m_desktop.setMissedNotificationsHandler([this] { m_joined = true; });
@@ -109,10 +109,10 @@ public:
 
     QStringList statuses; ///< every one that came over the bus
     fakes::FakeTimers timers;
+    fakes::FakeSystemFacts facts;
 
 private:
     NoIcon m_icon;
-    fakes::FakeSystemFacts m_facts;
     foundation::Bundle m_bundle;
     pane::PaneDesktop m_desktop;
     std::unique_ptr<QWidget> m_view; // outlives the pane
@@ -229,6 +229,17 @@ TEST_F(UpdaterProcess, StopsWhenTheUserCancels)
     ASSERT_TRUE(waitUntil([&] { return pane.isIdle(); }));
     EXPECT_EQ(pane.statuses.last(), u"The check was cancelled."_s);
     EXPECT_EQ(stored(u"SULastCheckStatus"_s), plist::Value(u"The check was cancelled."_s));
+}
+
+TEST_F(UpdaterProcess, IsToldForWhomRootActs)
+{
+    useDemoUpdater("0.01");
+    checkedAMomentAgo();
+    OpenPane pane(disk);
+    pane.facts.control().realUserId = 0;
+    pane.button()->click();
+    ASSERT_TRUE(waitUntil([&] { return pane.isIdle(); }));
+    EXPECT_EQ(pane.statuses.size(), 4);
 }
 
 /// The one test that lets real time pass.
