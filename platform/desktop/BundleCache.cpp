@@ -61,6 +61,8 @@ std::optional<Bundle> BundleCache::bundleAt(const QString &path) const
 
 QString BundleCache::displayNameAt(const QString &path) const
 {
+    if (!m_entries.contains(path) && !FileStamp::of(path))
+        return {};
     if (Entry *entry = entryAt(path)) {
         if (entry->displayName.isEmpty())
             entry->displayName = entry->bundle.displayName();

@@ -32,11 +32,10 @@ private:
     QStringList m_types;
 };
 
-QString existingFolder(QString folder)
+/// Few machines have a folder of bundles; programs of one's own are nearer to one's home.
+QString existingFolder(const QString &folder)
 {
-    while (!QFileInfo(folder).isDir() && folder.contains(u'/') && folder.size() > 1)
-        folder = QFileInfo(folder).path();
-    return folder;
+    return QFileInfo(folder).isDir() ? folder : QDir::homePath();
 }
 
 } // namespace

@@ -97,7 +97,8 @@ ApplicationChooser::ApplicationChooser(const ports::ApplicationPanel &panel,
 
     m_summary->setObjectName(u"chosenApplications"_s);
     m_summary->setTextFormat(Qt::PlainText);
-    m_summary->setWordWrap(true);
+    // One line, so that the list does not move under the pointer when something is ticked.
+    m_summary->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
 
     auto *browseButton = new QPushButton(tr("&Browse…"));
     browseButton->setObjectName(u"browseButton"_s);
@@ -158,8 +159,12 @@ void ApplicationChooser::updateControls()
 {
     m_confirmButton->setEnabled(!chosenPaths().isEmpty());
     const QStringList ticked = m_model->tickedNames();
-    m_summary->setText(ticked.isEmpty() ? QString() : tr("Chosen: %1").arg(ticked.join(", "_L1)));
-    m_summary->setVisible(!ticked.isEmpty());
+    const QString summary = ticked.isEmpty() ? tr("Nothing is chosen yet.")
+                                             : tr("Chosen: %1").arg(ticked.join(", "_L1));
+    const int room = isVisible() ? m_list->width() : QWIDGETSIZE_MAX;
+    m_summary->setText(fontMetrics().elidedText(summary, Qt::ElideRight, room));
+    m_summary->setAccessibleName(summary);
+    m_summary->setToolTip(summary);
 }
 
 void ApplicationChooser::confirm()
@@ -192,11 +197,12 @@ bool ApplicationChooser::eventFilter(QObject *watched, QEvent *event)
         const int key = static_cast<QKeyEvent *>(event)->key();
         if (key == Qt::Key_Down || key == Qt::Key_Up || key == Qt::Key_PageDown ||
             key == Qt::Key_PageUp) {
+            const bool hasCurrent = m_list->currentIndex().isValid();
             m_list->setFocus();
-            if (!m_list->currentIndex().isValid())
-                m_list->setCurrentIndex(m_filter->index(0, 0));
-            else
+            if (hasCurrent)
                 QCoreApplication::sendEvent(m_list, event);
+            else
+                m_list->setCurrentIndex(m_filter->index(0, 0));
             return true;
         }
     }

@@ -1175,6 +1175,10 @@
         <translation>Abbrechen</translation>
     </message>
     <message>
+        <source>Nothing is chosen yet.</source>
+        <translation>Noch nichts gewählt.</translation>
+    </message>
+    <message>
         <source>Chosen: %1</source>
         <translation>Gewählt: %1</translation>
     </message>
