@@ -17,7 +17,7 @@ std::optional<foundation::Bundle> findPlugin(const QString &folder, const QStrin
     const QStringList names = place.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
     for (const QString &name : names) {
         const QString path = place.filePath(name);
-        const auto bundle = foundation::Bundle::open(path);
+        auto bundle = foundation::Bundle::open(path);
         const QString found = bundle ? moduleIdentifier(*bundle) : QString();
         if (found.isEmpty()) {
             TARNWELL_SYSTEM_LOG(

@@ -82,8 +82,9 @@ QXVCUpdateViewController_V102::~QXVCUpdateViewController_V102()
 {
     m_observations.clear();
     // Controls that send their actions to nobody must not be left behind in the pane.
-    if (m_updaterView)
-        delete m_updaterView.data();
+    QWidget *const view = m_updaterView;
+    m_updaterView.clear();
+    delete view;
 }
 
 std::optional<foundation::Bundle>
@@ -137,9 +138,11 @@ bool QXVCUpdateViewController_V102::loadInterface()
 
 void QXVCUpdateViewController_V102::addOutlets(ui::InterfaceOwner &owner)
 {
+    // NOLINTBEGIN(bugprone-macro-parentheses): a type cannot stand in any
 #define TARNWELL_OUTLET(Widget, name, setter)                                                      \
     owner.addOutlet<Widget>(QStringLiteral(#name), [this](Widget *widget) { setter(widget); })
 
+    // NOLINTEND(bugprone-macro-parentheses)
     TARNWELL_OUTLET(QWidget, updaterView, setUpdaterView);
     TARNWELL_OUTLET(QCheckBox, checkUpdatesButton, setCheckUpdatesButton);
     TARNWELL_OUTLET(QComboBox, frequencyPopup, setFrequencyPopup);
@@ -231,12 +234,13 @@ void QXVCUpdateViewController_V102::selectFrequency(double interval)
 
 void QXVCUpdateViewController_V102::placeView()
 {
-    if (auto *button = qobject_cast<QAbstractButton *>(sacrificialView().data())) {
+    QWidget *const placeholder = m_sacrificialView;
+    if (auto *button = qobject_cast<QAbstractButton *>(placeholder)) {
         connect(button, &QAbstractButton::clicked, this,
                 [this, button] { showUpdateSheet(button); });
         return;
     }
-    putInPlaceOf(sacrificialView(), updaterView());
+    putInPlaceOf(placeholder, m_updaterView);
 }
 
 void QXVCUpdateViewController_V102::changeAutoUpdate(QObject *sender)

@@ -20,14 +20,14 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qint64 maximumRecordFile = 4 * 1024 * 1024;
+constexpr qint64 maximumRecordFile = 4LL * 1024 * 1024;
 constexpr double microseconds = 1e-6;
 
 QByteArray ownUserName()
 {
     passwd entry{};
     passwd *found = nullptr;
-    QByteArray buffer(16 * 1024, '\0');
+    QByteArray buffer(16384, '\0');
     ::getpwuid_r(::getuid(), &entry, buffer.data(), size_t(buffer.size()), &found);
     return found ? QByteArray(found->pw_name) : QByteArray();
 }

@@ -17,8 +17,9 @@ namespace {
 
 std::unique_ptr<QFileDialog> makeFileDialog(const QString &title)
 {
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
     auto dialog = std::make_unique<QFileDialog>(
-        nullptr, title, QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
+        nullptr, title, QFileInfo(documents).isDir() ? documents : QDir::homePath());
     dialog->setOption(QFileDialog::DontUseNativeDialog);
     return dialog;
 }
