@@ -99,6 +99,15 @@ void TarnwellPref::updateExcludeButtons()
                                  !exclude::isPredefined(m_ieList.at(row).toDictionary()));
 }
 
+void TarnwellPref::refreshIEList()
+{
+    const plist::Array stored = exclude::CopyExcludeList(m_desktop.preferences, prefs::pluginDomain)
+                                    .value_or(plist::Array());
+    if (exclude::excludeRows(stored, ieHideCheckbox()->isChecked(), m_desktop.fileManager) !=
+        m_ieList)
+        buildIEList();
+}
+
 void TarnwellPref::buildIEList()
 {
     const int row = selectedExcludeRow();

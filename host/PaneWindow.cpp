@@ -3,6 +3,7 @@
 #include "host/ErrorPage.h"
 
 #include <QEvent>
+#include <QShortcut>
 #include <QVBoxLayout>
 #include <QWindow>
 
@@ -25,6 +26,10 @@ PaneWindow::PaneWindow(const QString &titleSuffix, QWidget *parent)
     auto *windowLayout = new QVBoxLayout(this);
     windowLayout->setContentsMargins(0, 0, 0, 0);
     setWindowTitle(m_paneName + m_titleSuffix);
+    for (const auto standardKey : {QKeySequence::Close, QKeySequence::Quit}) {
+        for (const QKeySequence &keys : QKeySequence::keyBindings(standardKey))
+            new QShortcut(keys, this, this, &QWidget::close);
+    }
 }
 
 PaneWindow::~PaneWindow()

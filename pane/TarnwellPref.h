@@ -141,6 +141,7 @@ class TarnwellPref : public ui::PreferencePane
     TARNWELL_FIELD(QDialog *, bringBackSheet, setBringBackSheet)
     TARNWELL_FIELD(QListWidget *, bringBackList, setBringBackList)
     TARNWELL_FIELD(QLineEdit *, scFilterField, setScFilterField)
+    TARNWELL_FIELD(QLabel *, storeProblem, setStoreProblem)
     TARNWELL_FIELD(QPushButton *, scFilterKeysButton, setScFilterKeysButton)
 
 public:
@@ -253,11 +254,14 @@ private:
     static QString withTexts(const QString &format, const QStringList &texts);
     static QString countInWords(const shortcuts::ShortcutCount &count);
     void showMessage(const QString &title, const QString &message);
-    static bool loadRichText(const QString &path, QTextBrowser *into);
 
     void setUpShortcutTable();
     std::optional<shortcuts::ShortcutRow> selectedShortcut() const;
     void rebuildPopupKeepingSelection();
+    /// Shows what another process may have changed, shortcuts apart.
+    void showStoredOptions();
+    /// Says why changes are not stored; an empty reason when all are.
+    void showStoreProblem(const QString &problem);
     shortcuts::ShortcutBackups shortcutBackups() const;
     /// Keeps the present shortcuts and stores others in their place; none at all removes the key.
     /// False, after telling the user, when the present ones could not be kept.
@@ -279,6 +283,8 @@ private:
     int selectedExcludeRow() const; ///< -1 for none
     void selectExcludeRow(int row);
     void updateExcludeButtons();
+    /// Builds the exclude list again if another process changed it.
+    void refreshIEList();
     /// Has the check run when the pane is to be seen next.
     void scheduleInternetCheck();
     void cancelInternetCheck();

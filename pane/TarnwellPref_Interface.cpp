@@ -70,6 +70,7 @@ void TarnwellPref::addOutlets(ui::InterfaceOwner &owner)
     TARNWELL_OUTLET(QDialog, bringBackSheet, setBringBackSheet);
     TARNWELL_OUTLET(QListWidget, bringBackList, setBringBackList);
     TARNWELL_OUTLET(QLineEdit, scFilterField, setScFilterField);
+    TARNWELL_OUTLET(QLabel, storeProblem, setStoreProblem);
     TARNWELL_OUTLET(QPushButton, scFilterKeysButton, setScFilterKeysButton);
 
 #undef TARNWELL_OUTLET

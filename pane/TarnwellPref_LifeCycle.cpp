@@ -2,6 +2,7 @@
 
 #include "foundation/Logging.h"
 #include "foundation/plist/PropertyList.h"
+#include "hotkey/HotKey.h"
 #include "pane/OverlayIcon.h"
 #include "pane/VersionText.h"
 #include "ports/Applications.h"
@@ -9,12 +10,14 @@
 #include "ports/HostApplication.h"
 #include "ports/KeyboardLayouts.h"
 #include "ports/NotificationCenter.h"
+#include "ports/Preferences.h"
 #include "ports/SystemFacts.h"
 #include "ports/Workspace.h"
 #include "prefs/PreferenceKeys.h"
 #include "shortcuts/ShortcutTableModel.h"
 #include "update/QXVCUpdateViewController_V102.h"
 
+#include <QAccessible>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFile>
@@ -123,6 +126,12 @@ void TarnwellPref::mainViewDidLoad()
     connect(&m_desktop.keyboardLayouts, &ports::KeyboardLayouts::currentKeyboardLayoutChanged, this,
             &TarnwellPref::refreshWithoutWriting);
 
+    m_desktop.preferences.setStoreHandler(
+        [self = QPointer(this)](const QString &domain, const QString &problem) {
+            if (self && domain == prefs::pluginDomain)
+                self->showStoreProblem(problem);
+        });
+
     const auto wrapper = preferences();
     const bool disabled = wrapper->boolForKey(prefs::keys::disabled);
     enabledCheckbox()->setChecked(!disabled);
@@ -168,6 +177,34 @@ void TarnwellPref::applicationDidBecomeActive(const ports::Notification &)
     m_desktop.applications.refresh();
     rebuildPopupKeepingSelection();
     doPopup(scPopup());
+    showStoredOptions();
+    refreshIEList();
+}
+
+void TarnwellPref::showStoredOptions()
+{
+    const auto wrapper = preferences();
+    const bool disabled = wrapper->boolForKey(prefs::keys::disabled);
+    enabledCheckbox()->setChecked(!disabled);
+    tutButton()->setEnabled(!disabled);
+    if (!menuAccEnabled()->isEnabled())
+        return;
+    menuAccEnabled()->setChecked(!wrapper->keyExist(prefs::keys::menuAcceleratorEnabled) ||
+                                 wrapper->boolForKey(prefs::keys::menuAcceleratorEnabled));
+    if (hotkey::storedHotKey(*wrapper))
+        updateMenuAccText(menuAccHotKey());
+}
+
+void TarnwellPref::showStoreProblem(const QString &problem)
+{
+    storeProblem()->setVisible(!problem.isEmpty());
+    if (problem.isEmpty())
+        return;
+    storeProblem()->setText(localized("Your changes are kept in this window but could not be "
+                                      "stored: %1")
+                                .arg(problem));
+    QAccessibleEvent alert(storeProblem(), QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
 }
 
 void TarnwellPref::rebuildPopupKeepingSelection()

@@ -12,7 +12,7 @@
 #include "prefs/ApplicationIdentity.h"
 #include "prefs/ApplicationSettings.h"
 #include "prefs/PreferenceKeys.h"
-#include "ui/RichTextDocument.h"
+#include "ui/RichTextView.h"
 
 #include <QCheckBox>
 #include <QDialog>
@@ -52,7 +52,7 @@ void TarnwellPref::doAbout(QObject *)
 {
     const QString path = m_bundle.resourcePath(u"About"_s, u"rtfd"_s);
     if (!path.isEmpty())
-        loadRichText(path, aboutTextField());
+        ui::showRichTextPackage(path, *aboutTextField());
     aboutTextField()->verticalScrollBar()->setValue(0);
     setPos(0.0F);
     m_desktop.sheets.beginSheet(aboutSheet(), m_mainView, [this](int returnCode) {
@@ -115,15 +115,10 @@ void TarnwellPref::doHelp(QObject *)
         new QShortcut(QKeySequence(Qt::Key_Escape), m_helpWindow.get(), m_helpWindow.get(),
                       &QWidget::close);
     }
-    loadRichText(path, m_helpText);
+    ui::showRichTextPackage(path, *m_helpText);
     m_helpWindow->show();
     m_helpWindow->raise();
     m_helpWindow->activateWindow();
-}
-
-bool TarnwellPref::loadRichText(const QString &path, QTextBrowser *into)
-{
-    return ui::loadRichTextPackage(path, {into->font(), into->palette()}, *into->document());
 }
 
 void TarnwellPref::showTutorialSheet()

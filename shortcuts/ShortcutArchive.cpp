@@ -49,12 +49,26 @@ QString problem(const Place &place, const QString &what)
     return u"%1: %2"_s.arg(place.inWords(), what);
 }
 
-/// What is wrong with a key command; empty for a good one.
+/// What an item needs to be shown and told from others.
+constexpr QLatin1StringView neededKeys[] = {record::menuItemTitle, record::originalKeyCommands,
+                                            record::newKeyCommands};
+
+/// The first key that an item lacks; empty for a complete one.
+QLatin1StringView missingKey(const plist::Dictionary &item)
+{
+    for (const QLatin1StringView key : neededKeys) {
+        if (item.value(key).isNull())
+            return key;
+    }
+    return {};
+}
+
+/// What is wrong with a key command; empty for a good one, and for none.
 QString commandProblem(const plist::Dictionary &item, QLatin1StringView key)
 {
     const plist::Value &command = item.value(key);
     if (command.isNull())
-        return text("\"%1\" is missing.").arg(key);
+        return {};
     if (!command.isDictionary())
         return text("\"%1\" is not a dictionary.").arg(key);
     for (const QLatin1StringView number :
@@ -74,15 +88,14 @@ QString itemProblem(const plist::Value &item)
     if (!item.isDictionary())
         return text("It is not a dictionary.");
     const plist::Value &title = item.toDictionary().value(record::menuItemTitle);
-    if (!title.isString())
-        return text(title.isNull() ? "\"%1\" is missing." : "\"%1\" is not text.")
-            .arg(record::menuItemTitle);
+    if (!title.isNull() && !title.isString())
+        return text("\"%1\" is not text.").arg(record::menuItemTitle);
     const QString original = commandProblem(item.toDictionary(), record::originalKeyCommands);
     return original.isEmpty() ? commandProblem(item.toDictionary(), record::newKeyCommands)
                               : original;
 }
 
-QString groupProblem(Place place, const plist::Value &group)
+QString groupProblem(Place place, const plist::Value &group, ShortcutReview &review)
 {
     if (!group.isDictionary())
         return problem(place, text("It is not a dictionary."));
@@ -98,6 +111,10 @@ QString groupProblem(Place place, const plist::Value &group)
         const QString what = itemProblem(item);
         if (!what.isEmpty())
             return problem(place, what);
+        if (const QLatin1StringView key = missingKey(item.toDictionary()); !key.isEmpty()) {
+            if (review.incomplete++ == 0)
+                review.firstIncomplete = problem(place, text("\"%1\" is missing.").arg(key));
+        }
     }
     return {};
 }
@@ -180,20 +197,23 @@ private:
 
 } // namespace
 
-QString findDamage(const plist::Dictionary &shortcuts)
+ShortcutReview reviewShortcuts(const plist::Dictionary &shortcuts)
 {
+    ShortcutReview review;
     for (const auto &application : shortcuts) {
         Place place{application.key};
-        if (!application.value.isArray())
-            return problem(place, text("Its groups are not an array."));
+        if (!application.value.isArray()) {
+            review.damage = problem(place, text("Its groups are not an array."));
+            return review;
+        }
         for (const plist::Value &group : application.value.toArray()) {
             ++place.group;
-            const QString what = groupProblem(place, group);
-            if (!what.isEmpty())
-                return what;
+            review.damage = groupProblem(place, group, review);
+            if (!review.damage.isEmpty())
+                return review;
         }
     }
-    return {};
+    return review;
 }
 
 ShortcutCount countShortcuts(const plist::Dictionary &shortcuts)
@@ -250,8 +270,10 @@ ShortcutImport importShortcuts(const plist::Dictionary &stored, const plist::Dic
     for (const auto &application : imported) {
         ApplicationImport target(stored.value(application.key).toArray());
         for (const plist::Value &group : application.value.toArray()) {
-            for (const plist::Value &item : group.toDictionary().value(record::keys).toArray())
-                target.take(item, group.toDictionary(), result);
+            for (const plist::Value &item : group.toDictionary().value(record::keys).toArray()) {
+                if (missingKey(item.toDictionary()).isEmpty())
+                    target.take(item, group.toDictionary(), result);
+            }
         }
         if (!target.groups().isEmpty())
             result.shortcuts.insert(application.key, plist::Value(target.groups()));

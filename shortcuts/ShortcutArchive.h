@@ -33,9 +33,17 @@ QByteArray writeArchive(const ShortcutArchive &archive);
 /// taken as they are: a backup must be able to hold whatever was stored.
 std::optional<ShortcutArchive> readArchive(const QByteArray &bytes, QString *errorMessage);
 
-/// Looks at every record as an import must. Empty when all are well-formed and complete, else a
-/// message that names the first bad one and what is wrong with it.
-QString findDamage(const plist::Dictionary &shortcuts);
+/// What an import has to know of the records in an archive.
+struct ShortcutReview
+{
+    QString damage;          ///< names the first malformed record and what is wrong; empty for none
+    int incomplete = 0;      ///< well-formed items that lack a title or a key command
+    QString firstIncomplete; ///< names the first of those and what it lacks
+};
+
+/// Looks at every record. Incomplete ones are no damage: the plug-in stores an item step by step,
+/// so that whatever is exported or kept may hold a few.
+ShortcutReview reviewShortcuts(const plist::Dictionary &shortcuts);
 
 /// What importing an archive does to the stored shortcuts.
 struct ShortcutImport
@@ -48,7 +56,7 @@ struct ShortcutImport
 
 /// Takes the items of an archive into the stored shortcuts. An item that the application has
 /// already, told by its title, is replaced where it stands; a new one joins the group of its menu.
-/// Nothing that the archive does not name is touched.
+/// Incomplete items are left out. Nothing that the archive does not name is touched.
 ShortcutImport importShortcuts(const plist::Dictionary &stored, const plist::Dictionary &imported);
 
 } // namespace tarnwell::shortcuts

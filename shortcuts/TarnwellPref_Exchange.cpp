@@ -139,8 +139,11 @@ void TarnwellPref::askToImport(const QString &path)
     std::optional<shortcuts::ShortcutArchive> archive;
     if (const auto bytes = m_desktop.fileStore.readFile(path, importSizeLimit, &error))
         archive = shortcuts::readArchive(*bytes, &error);
-    if (archive)
-        error = shortcuts::findDamage(archive->shortcuts);
+    shortcuts::ShortcutReview review;
+    if (archive) {
+        review = shortcuts::reviewShortcuts(archive->shortcuts);
+        error = review.damage;
+    }
     if (!archive || !error.isEmpty()) {
         showMessage(localized("Nothing Was Imported"),
                     localized("\"%1\" cannot be imported. %2").arg(path, error));
@@ -154,7 +157,7 @@ void TarnwellPref::askToImport(const QString &path)
         shortcuts::importShortcuts(stored.value_or(plist::Dictionary()), archive->shortcuts);
     if (import.added + import.replaced == 0) {
         showMessage(localized("Nothing to Import"),
-                    localized("You have every shortcut of \"%1\" already.").arg(path));
+                    localized("You have every complete shortcut of \"%1\" already.").arg(path));
         return;
     }
     ports::Alert alert;
@@ -165,6 +168,10 @@ void TarnwellPref::askToImport(const QString &path)
                         .arg(countInWords(shortcuts::countShortcuts(archive->shortcuts)),
                              QString::number(import.added), QString::number(import.replaced),
                              QString::number(import.unchanged));
+    if (review.incomplete > 0)
+        alert.message +=
+            u"\n\n"_s + localized("Left out as incomplete: %1. The first one: %2")
+                            .arg(QString::number(review.incomplete), review.firstIncomplete);
     alert.defaultButton = localized("Import");
     alert.alternateButton = localized("Cancel");
     m_desktop.sheets.beginAlert(

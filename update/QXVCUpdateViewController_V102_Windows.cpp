@@ -4,15 +4,13 @@
 
 #include "foundation/Logging.h"
 #include "ports/Sheets.h"
-#include "ui/RichTextDocument.h"
+#include "ui/RichTextView.h"
 #include "update/StatusText.h"
 
 #include <QApplication>
 #include <QDialog>
 #include <QEvent>
-#include <QScrollBar>
 #include <QTextBrowser>
-#include <QTextCursor>
 #include <QWindow>
 
 using namespace Qt::StringLiterals;
@@ -72,11 +70,8 @@ void QXVCUpdateViewController_V102::privacyPolicy(QObject *sender)
 void QXVCUpdateViewController_V102::loadPrivacyStatement(const QString &path)
 {
     QTextBrowser *view = privacyText();
-    if (!ui::loadRichTextPackage(path, {view->font(), view->palette()}, *view->document()))
+    if (!ui::showRichTextPackage(path, *view))
         view->setPlainText(formatted(localized("Cannot load %@"), {path}));
-    // The view would go on to where its cursor was pushed to: the end of the text.
-    view->moveCursor(QTextCursor::Start);
-    view->verticalScrollBar()->setValue(0);
 }
 
 /// The window holds up the whole application until it is closed; nothing waits for it here.

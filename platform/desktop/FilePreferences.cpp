@@ -42,7 +42,10 @@ void FilePreferences::setAppValue(const QString &key, const plist::Value &value,
 bool FilePreferences::appSynchronize(const QString &domain)
 {
     PreferenceDomain *const found = domainOfName(domain);
-    return found && found->synchronize();
+    const bool isStored = found && found->synchronize();
+    if (found)
+        reportStoring(domain, found->problem());
+    return isStored;
 }
 
 } // namespace tarnwell::desktop

@@ -23,6 +23,9 @@ public:
     void setValue(const QString &key, const plist::Value &value);
     bool synchronize();
 
+    /// Why writes are still pending after a synchronise; empty when none are.
+    QString problem() const { return m_pending.isEmpty() ? QString() : m_loggedFailure; }
+
 private:
     bool refresh();
     bool isStored() const;

@@ -55,4 +55,22 @@ qint64 Preferences::appIntegerValue(const QString &key, const QString &domain, b
     return 0;
 }
 
+void Preferences::setStoreHandler(const StoreHandler &handler)
+{
+    m_storeHandler = handler;
+    for (auto it = m_problems.cbegin(); handler && it != m_problems.cend(); ++it) {
+        if (!it->isEmpty())
+            handler(it.key(), *it);
+    }
+}
+
+void Preferences::reportStoring(const QString &domain, const QString &problem)
+{
+    if (m_problems.value(domain) == problem)
+        return;
+    m_problems.insert(domain, problem);
+    if (m_storeHandler)
+        m_storeHandler(domain, problem);
+}
+
 } // namespace tarnwell::ports

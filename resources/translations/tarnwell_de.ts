@@ -1081,8 +1081,16 @@
         <translation>Nichts zu importieren</translation>
     </message>
     <message>
-        <source>You have every shortcut of &quot;%1&quot; already.</source>
-        <translation>Sie haben schon alle Tastenkürzel aus „%1“.</translation>
+        <source>You have every complete shortcut of &quot;%1&quot; already.</source>
+        <translation>Sie haben schon alle vollständigen Tastenkürzel aus „%1“.</translation>
+    </message>
+    <message>
+        <source>Your changes are kept in this window but could not be stored: %1</source>
+        <translation>Ihre Änderungen bleiben in diesem Fenster, konnten aber nicht gespeichert werden: %1</translation>
+    </message>
+    <message>
+        <source>Left out as incomplete: %1. The first one: %2</source>
+        <translation>Weggelassen, weil unvollständig: %1. Das erste: %2</translation>
     </message>
     <message>
         <source>The file holds %1. Importing it adds %2, replaces %3 and leaves %4 as they are. Do you want to import it?</source>

@@ -85,12 +85,15 @@ public:
     bool appSynchronize(const QString &domain) override
     {
         m_control.m_synchronizedDomains.append(domain);
-        if (m_control.m_synchronizeFails)
+        if (m_control.m_synchronizeFails) {
+            reportStoring(domain, m_pending.contains(domain) ? u"disk full"_qs : QString());
             return false;
+        }
         const FakePreferencesControl::Domain pending = m_pending.take(domain);
         for (auto it = pending.cbegin(); it != pending.cend(); ++it)
             m_control.setStoredValue(it.key(), it.value(), domain);
         m_seen.insert(domain, m_control.storedDomain(domain));
+        reportStoring(domain, {});
         return true;
     }
 

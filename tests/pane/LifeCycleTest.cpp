@@ -125,6 +125,43 @@ TEST_F(LifeCycle, OptionCheckboxesWriteAtOnce)
     EXPECT_TRUE(distributedCenter.control().posted().isEmpty());
 }
 
+TEST_F(LifeCycle, OptionsFollowWhatAnotherProcessStores)
+{
+    store(u"MenuAccKeyCode"_s, 46);
+    store(u"MenuAccMods"_s, 0x1800);
+    showPane();
+    const QString before = pane->menuAccHotKey()->text();
+    preferences.control().clearRecord();
+    store(u"Disabled"_s, true);
+    store(u"MenuAcceleratorEnabled"_s, false);
+    store(u"MenuAccKeyCode"_s, 45);
+    store(u"ExcludeList"_s, plist::Array{plist::Value(plist::Dictionary{
+                                {u"ID"_s, u"com.example.left"_s}, {u"DisplayName"_s, u"Left"_s}})});
+    postRefresh();
+    EXPECT_FALSE(pane->enabledCheckbox()->isChecked());
+    EXPECT_FALSE(pane->tutButton()->isEnabled());
+    EXPECT_FALSE(pane->menuAccEnabled()->isChecked());
+    EXPECT_NE(pane->menuAccHotKey()->text(), before);
+    EXPECT_EQ(pane->ieList().size(), 1);
+    EXPECT_TRUE(preferences.control().writes().isEmpty());
+}
+
+TEST_F(LifeCycle, SaysWhileChangesCannotBeStored)
+{
+    showPane();
+    preferences.control().setSynchronizeFails(true);
+    postRefresh();
+    EXPECT_FALSE(pane->storeProblem()->isVisible()) << "nothing waits to be stored";
+    pane->menuAccEnabled()->click();
+    EXPECT_TRUE(pane->storeProblem()->isVisible());
+    EXPECT_TRUE(pane->storeProblem()->text().contains("disk full"_L1));
+    EXPECT_FALSE(pane->menuAccEnabled()->isChecked()) << "the change is kept";
+    preferences.control().setSynchronizeFails(false);
+    postRefresh();
+    EXPECT_FALSE(pane->storeProblem()->isVisible());
+    EXPECT_EQ(stored(u"MenuAcceleratorEnabled"_s), plist::Value(false));
+}
+
 TEST_F(LifeCycle, AnotherSenderWritesNothing)
 {
     openPane();

@@ -13,6 +13,7 @@
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QFile>
+#include <QLabel>
 #include <QProcess>
 #include <QSignalSpy>
 #include <QTableView>
@@ -196,6 +197,7 @@ TEST_F(RealDomain, WorksWithoutABusAndWithoutAPlaceToWrite)
     OpenPane open(home, icon);
     open.pane.menuAccEnabled()->click();
     EXPECT_FALSE(open.pane.menuAccEnabled()->isChecked());
+    EXPECT_FALSE(open.pane.storeProblem()->text().isEmpty());
     EXPECT_EQ(open.pane.scPopup()->currentText(), u"No Applications Configured"_s);
 }
 

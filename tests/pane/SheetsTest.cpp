@@ -134,6 +134,7 @@ TEST_F(PaneSheets, HelpShowsTheReadMe)
     ASSERT_TRUE(text);
     EXPECT_TRUE(text->window()->isVisible());
     EXPECT_FALSE(text->toPlainText().isEmpty());
+    EXPECT_EQ(text->textCursor().position(), 0) << "read from the start";
 }
 
 } // namespace tarnwell::tests

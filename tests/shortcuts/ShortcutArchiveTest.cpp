@@ -63,19 +63,25 @@ TEST(ShortcutArchive, DamageIsNamedWithItsPlace)
              plist::Dictionary{{u"ParentTitle"_s, 1}, {u"Keys"_s, plist::Value(plist::Array())}})}),
          u"Application \"com.example.app\", group 1: \"ParentTitle\" is not text."_s},
         {inGroup(7), place + u"It is not a dictionary."_s},
-        {inGroup(plist::Value(without(good, u"MenuItemTitle"_s))),
-         place + u"\"MenuItemTitle\" is missing."_s},
         {inGroup(plist::Value(with(good, u"MenuItemTitle"_s, 3))),
          place + u"\"MenuItemTitle\" is not text."_s},
-        {inGroup(plist::Value(without(good, u"OriginalKeyCommands"_s))),
-         place + u"\"OriginalKeyCommands\" is missing."_s},
         {inGroup(plist::Value(with(good, u"NewKeyCommands"_s, u"x"_s))),
          place + u"\"NewKeyCommands\" is not a dictionary."_s},
         {badCommand(u"kc"_s, u"1"_s), place + u"\"kc\" in \"NewKeyCommands\" is not a number."_s},
         {badCommand(u"t"_s, 1), place + u"\"t\" in \"NewKeyCommands\" is not text."_s},
     };
     for (const auto &[shortcuts, message] : rows)
-        EXPECT_EQ(findDamage(shortcuts), message);
+        EXPECT_EQ(reviewShortcuts(shortcuts).damage, message);
+
+    const QString needed[] = {u"MenuItemTitle"_s, u"OriginalKeyCommands"_s, u"NewKeyCommands"_s};
+    for (const QString &key : needed) {
+        const plist::Dictionary shortcuts = inGroup(plist::Value(without(good, key)));
+        const ShortcutReview review = reviewShortcuts(shortcuts);
+        EXPECT_EQ(review.damage, QString()) << key.toStdString();
+        EXPECT_EQ(review.incomplete, 1) << key.toStdString();
+        EXPECT_EQ(review.firstIncomplete, place + u"\"%1\" is missing."_s.arg(key));
+        EXPECT_EQ(importShortcuts({}, shortcuts).added, 1) << "what lacks " << key.toStdString();
+    }
 }
 
 TEST(ShortcutArchive, OnlyArchivesAreRead)
