@@ -31,9 +31,6 @@ function(tarnwell_test name)
     endif()
     add_test(NAME ${name} COMMAND ${name})
     set_tests_properties(${name} PROPERTIES TIMEOUT ${ARG_TIMEOUT})
-    if(name IN_LIST unfinished_tests)
-        set_tests_properties(${name} PROPERTIES DISABLED TRUE)
-    endif()
     set(environment "QT_QPA_PLATFORM=offscreen" "LC_ALL=C.UTF-8" "UBSAN_OPTIONS=print_stacktrace=1"
                     "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/leaks.txt"
                     ${ARG_ENVIRONMENT})
