@@ -206,6 +206,24 @@ TEST(TextImagePatch, PaintsWhiteOnNothing)
     EXPECT_GT(white, 50);
 }
 
+/// The rows of a list are painted by one patch, in every frame.
+TEST(TextImagePatch, KeepsItsLastPictures)
+{
+    SinglePatch patch(u"QCTextImage"_s, textInputs(u"Undo"_s, 20.0), {u"outputImage"_s},
+                      {{u"manualLayout"_s, true}});
+    const ImageRef first = patch.at(0).toImage();
+    const ImageRef second = patch.set(u"inputString"_s, u"Redo"_s).at(1).toImage();
+    EXPECT_NE(first, second);
+    EXPECT_EQ(patch.set(u"inputString"_s, u"Undo"_s).at(2).toImage(), first);
+    // A text that never repeats does not fill the memory.
+    std::vector<std::weak_ptr<const Image>> pictures;
+    for (int i = 0; i < 300; ++i) {
+        pictures.push_back(patch.set(u"inputString"_s, QString::number(i)).at(3 + i).toImage());
+    }
+    EXPECT_TRUE(pictures.front().expired());
+    EXPECT_FALSE(pictures.back().expired());
+}
+
 TEST(TextImagePatch, RefusesTheAbsurd)
 {
     for (const double size : {0.0, -5.0, 1e300}) {

@@ -5,6 +5,7 @@
 #include "compositions/model/Image.h"
 #include "compositions/patches/Settings.h"
 
+#include <algorithm>
 #include <array>
 
 namespace tarnwell::compositions {
@@ -72,19 +73,48 @@ void TextImage::run(Context &context)
                               .kerning = context.number(Kerning) * scale,
                               .horizontal = m_horizontal,
                               .vertical = m_vertical};
-    if (m_last != request) {
-        m_last = request;
-        int lines = 0;
-        context.set(ImageOutput, {}); // gives its memory back first
-        context.set(ImageOutput,
-                    Image::fromBitmap(paintText(request, &lines), context.imageBudget()));
-        context.set(LineCount, Value::index(lines));
-        context.set(GlyphCount, Value::index(request.text.size()));
-    }
-    const ImageRef image = context.output(ImageOutput).toImage();
-    const QSize size = image ? image->pixelSize() : QSize(0, 0);
+    const Picture &picture = pictureOf(request, context);
+    context.set(ImageOutput, picture.image ? Value(picture.image) : Value());
+    context.set(LineCount, Value::index(picture.lines));
+    context.set(GlyphCount, Value::index(request.text.size()));
+    const QSize size = picture.image ? picture.image->pixelSize() : QSize(0, 0);
     context.set(WidthOutput, size.width() * unit);
     context.set(HeightOutput, size.height() * unit);
+}
+
+const TextImage::Picture &TextImage::pictureOf(const TextRequest &request, Context &context)
+{
+    const auto found = std::ranges::find(m_pictures, request, &Picture::request);
+    if (found != m_pictures.end()) {
+        return *found;
+    }
+    Picture picture{.request = request, .image = {}};
+    const QImage bitmap = paintText(request, &picture.lines);
+    picture.bytes = bitmap.sizeInBytes();
+    forget(picture.bytes);
+    picture.image = Image::fromBitmap(bitmap, context.imageBudget());
+    if (!picture.image && !bitmap.isNull()) {
+        // Others use the memory too: all that is kept goes, the one that is shown included.
+        m_pictures.clear();
+        m_bytes = 0;
+        context.set(ImageOutput, {});
+        picture.image = Image::fromBitmap(bitmap, context.imageBudget());
+    }
+    m_bytes += picture.bytes;
+    m_pictures.push_front(std::move(picture));
+    return m_pictures.front();
+}
+
+/// Makes room for a new picture.
+void TextImage::forget(qint64 bytes)
+{
+    constexpr size_t mostPictures = 128;
+    constexpr qint64 mostBytes = limits::imageBytes / 16;
+    while (!m_pictures.empty() &&
+           (m_pictures.size() >= mostPictures || m_bytes + bytes > mostBytes)) {
+        m_bytes -= m_pictures.back().bytes;
+        m_pictures.pop_back();
+    }
 }
 
 } // namespace tarnwell::compositions

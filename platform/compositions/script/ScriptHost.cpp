@@ -26,6 +26,7 @@ constexpr auto boundaries = R"js(
 (function (world) {
     'use strict';
     var most = 1000000;
+    var source = Object.getOwnPropertyDescriptor(RegExp.prototype, 'source').get;
     ['ArrayBuffer', 'SharedArrayBuffer', 'Atomics', 'DataView', 'Int8Array', 'Uint8Array',
      'Uint8ClampedArray', 'Int16Array', 'Uint16Array', 'Int32Array', 'Uint32Array', 'Float32Array',
      'Float64Array'].forEach(function (name) { delete world[name]; });
@@ -75,7 +76,6 @@ constexpr auto boundaries = R"js(
     function isHarmless(expression, text) {
         return String(text).length <= 20 || !/\([^()]*[*+|{][^()]*\)\s*[*+{]|\)\)+\s*[*+{]|\\[1-9]/.test(expression);
     }
-    var source = Object.getOwnPropertyDescriptor(RegExp.prototype, 'source').get;
     var exec = RegExp.prototype.exec;
     var inner = false;
     function guarded(original, name) {

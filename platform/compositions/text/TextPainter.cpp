@@ -3,6 +3,7 @@
 #include "compositions/Limits.h"
 
 #include <QFont>
+#include <QFontDatabase>
 #include <QGuiApplication>
 #include <QPainter>
 #include <QTextLayout>
@@ -21,6 +22,24 @@ constexpr qsizetype mostCharacters = 20'000;
 constexpr int mostLines = 2'000;
 constexpr double largestGlyph = 2'048.0;
 
+/// The first of the families that is installed. Where none is, the system's stand-in for the common
+/// grotesque serves: asked for a family that it does not know, it would hand out anything.
+QString installedFamily(const QStringList &families)
+{
+    for (const QString &family : families) {
+        if (QFontDatabase::hasFamily(family)) {
+            return family;
+        }
+    }
+    // These have stand-ins of the same width on nearly every system.
+    for (const QLatin1StringView known : {"Courier"_L1, "Times"_L1}) {
+        if (families.front().startsWith(known)) {
+            return known;
+        }
+    }
+    return u"Helvetica"_s;
+}
+
 /// "HelveticaNeue-BoldItalic" becomes the family "Helvetica Neue" in bold italics.
 QFont fontOf(const QString &name)
 {
@@ -34,7 +53,7 @@ QFont fontOf(const QString &name)
         }
         spaced += family[i];
     }
-    QFont font(QStringList{family, spaced, u"Helvetica"_s, u"sans-serif"_s});
+    QFont font(QStringList{installedFamily({family, spaced}), u"sans-serif"_s});
     font.setItalic(style.contains("Italic"_L1) || style.contains("Oblique"_L1));
     if (style.contains("Black"_L1) || style.contains("Heavy"_L1)) {
         font.setWeight(QFont::Black);

@@ -58,22 +58,27 @@ void measure(Evaluator &evaluator, OffscreenDestination &destination, const Comm
 }
 
 /// What remembers needs a past: the moments before the one to show are played quickly, the last
-/// few seconds at least.
-Frame playUpTo(Evaluator &evaluator, const CommandLine &line)
+/// few seconds at least. Pictures that stay may have been drawn in any of them.
+void playUpTo(Evaluator &evaluator, OffscreenDestination &destination, const CommandLine &line)
 {
     constexpr double longestPast = 5.0;
     constexpr double step = 1.0 / 30.0;
     const double start = line.time > longestPast ? line.time - longestPast : 0.0;
     FrameRequest request{.time = 0.0, .systemTime = systemTime(), .pixels = line.size};
+    const auto play = [&](double time) {
+        request.time = time;
+        const Frame frame = evaluator.evaluate(request);
+        if (frame.targets.size() > 1 || time == line.time) {
+            destination.draw(frame);
+        }
+    };
     if (line.time > 0.0) {
-        evaluator.evaluate(request);
+        play(0.0);
     }
     for (int i = 1; start + i * step < line.time; ++i) {
-        request.time = start + i * step;
-        evaluator.evaluate(request);
+        play(start + i * step);
     }
-    request.time = line.time;
-    return evaluator.evaluate(request);
+    play(line.time);
 }
 
 ExitStatus draw(Evaluator &evaluator, const CommandLine &line)
@@ -83,7 +88,7 @@ ExitStatus draw(Evaluator &evaluator, const CommandLine &line)
     if (!destination) {
         return fail(CannotDraw, error);
     }
-    destination->draw(playUpTo(evaluator, line));
+    playUpTo(evaluator, *destination, line);
     if (!line.picture.isEmpty() && !destination->picture().save(line.picture, "PNG")) {
         return fail(CannotDraw, QStringLiteral("%1 cannot be written").arg(line.picture));
     }
