@@ -72,8 +72,7 @@ protected:
         return {preferences, applications,      fileManager, bookmarks, keyboard.port(),
                 localCenter, distributedCenter, workspace,   clock,     timers,
                 systemFacts, hostApplication,   sheets,      openPanel, httpFetcher,
-                tasks,       fileStore,         session,     lockFiles,
-                globalShortcuts};
+                tasks,       fileStore,         session,     lockFiles, globalShortcuts};
     }
 
     void store(const QString &key, const plist::Value &value)
