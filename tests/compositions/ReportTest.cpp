@@ -65,6 +65,32 @@ TEST(UnsupportedClasses, IncludeMacrosAroundAndInsideImages)
     EXPECT_EQ(unsupported(root), (QStringList{u"InImage"_s, u"QCLighting"_s, u"Switch"_s}));
 }
 
+TEST(UnsupportedClasses, IncludeWhatIsSwitchedByAWire)
+{
+    MacroBuilder root;
+    root.node(u"QCLFO"_s, u"O"_s)
+        .node(u"SomebodysCloud"_s, u"C"_s)
+        .node(u"SomebodysRain"_s, u"R"_s)
+        .connect(u"O.outputValue"_s, u"C._enable"_s)
+        .input(u"Rains"_s, u"R._enable"_s);
+    EXPECT_EQ(unsupported(root), (QStringList{u"SomebodysCloud"_s, u"SomebodysRain"_s}));
+}
+
+TEST(UnknownPorts, AreThoseOfKnownClassesThatSomethingDrawnNeeds)
+{
+    MacroBuilder root;
+    root.node(u"QCLFO"_s, u"O"_s, {{u"inputPeriod"_s, 2}, {u"inputWobble"_s, 3}})
+        .node(u"QCLFO"_s, u"Idle"_s, {{u"inputIdle"_s, 3}})
+        .node(u"QCMath"_s, u"M"_s, {{u"operand_1"_s, 3}, {u"operation_1"_s, 2}})
+        .node(u"Other"_s, u"X"_s, {{u"inputAnything"_s, 3}})
+        .node(u"QCSprite"_s, u"S"_s, {{u"_inputInteraction"_s, 1}}, switched)
+        .connect(u"O.outputFlip"_s, u"S.inputX"_s)
+        .connect(u"M.outputValue"_s, u"S.inputY"_s)
+        .connect(u"X.outputAnything"_s, u"S.inputZ"_s);
+    EXPECT_EQ(findUnknownPorts(Evaluator(root.read()).network()),
+              (QStringList{u"QCLFO.inputWobble"_s, u"QCLFO.outputFlip"_s}));
+}
+
 TEST(Report, SaysWhatACompositionIsMadeOf)
 {
     MacroBuilder root;

@@ -54,7 +54,7 @@ Endpoint Network::resolveOutput(int node, const QString &port)
     if (!inner.isValid() || !runsOnDemand(found)) {
         return inner;
     }
-    found.outputs.push_back({port, PortType::Virtual, {}});
+    found.outputs.push_back({port, PortType::Virtual, {}, true});
     const int own = int(found.outputs.size()) - 1;
     found.macro->copiedOutputs.emplace_back(own, inner);
     return {node, own};

@@ -26,6 +26,7 @@ struct InputState
     Value constant;
     Endpoint source; ///< of a connected input
     bool isStored = false;
+    bool isKnown = false;  ///< to the class; others exist because the file speaks of them
     quint64 changedAt = 0; ///< of the constant
 };
 
@@ -34,6 +35,7 @@ struct OutputState
     QString key;
     PortType type = PortType::Virtual;
     Value value;
+    bool isKnown = false;
 };
 
 /// What a macro knows besides what every node does.

@@ -102,10 +102,11 @@ private:
                 node.inputs.push_back({.key = port.key,
                                        .type = port.type,
                                        .constant = port.initialValue(),
-                                       .source = {}});
+                                       .source = {},
+                                       .isKnown = true});
             }
             for (const PortDefinition &port : node.definition->outputs) {
-                node.outputs.push_back({port.key, port.type, Value::zero(port.type)});
+                node.outputs.push_back({port.key, port.type, Value::zero(port.type), true});
             }
             if (node.definition->addPorts != nullptr) {
                 node.definition->addPorts(description, list);
@@ -113,13 +114,16 @@ private:
         }
         for (const PortList::Port &port : list.inputs()) {
             if (node.inputIndex(port.key) < 0) {
-                node.inputs.push_back(
-                    {.key = port.key, .type = port.type, .constant = port.initial, .source = {}});
+                node.inputs.push_back({.key = port.key,
+                                       .type = port.type,
+                                       .constant = port.initial,
+                                       .source = {},
+                                       .isKnown = true});
             }
         }
         for (const PortList::Port &port : list.outputs()) {
             if (node.outputIndex(port.key) < 0) {
-                node.outputs.push_back({port.key, port.type, Value::zero(port.type)});
+                node.outputs.push_back({port.key, port.type, Value::zero(port.type), true});
             }
         }
         // Whatever else the file speaks of exists too, so that values pass through classes that are
@@ -146,7 +150,7 @@ private:
             for (const QString &key : list.mentionedOutputs()) {
                 if (!known.contains(key) && node.outputs.size() < mostPorts) {
                     known.insert(key);
-                    node.outputs.push_back({key, PortType::Virtual, {}});
+                    node.outputs.push_back({key, PortType::Virtual, {}, false});
                 }
             }
         }

@@ -1,8 +1,7 @@
 #include "compositions/evaluator/Report.h"
 
-#include "foundation/plist/Dictionary.h"
-
 #include <map>
+#include <set>
 
 namespace tarnwell::compositions {
 
@@ -13,10 +12,7 @@ namespace {
 /// Only what draws can be switched off, so a node with the switch draws, whatever its class.
 bool wouldDraw(const Node &node)
 {
-    return node.definition == nullptr && !node.macro &&
-           node.description->setting("systemInputPortStates"_L1)
-               .toDictionary()
-               .contains("_enable"_L1);
+    return node.definition == nullptr && !node.macro && node.inputIndex(u"_enable") >= 0;
 }
 
 /// Walks from what draws up to everything that it depends on.
@@ -112,6 +108,30 @@ std::vector<UnsupportedClass> findUnsupportedClasses(const Network &network)
         result.push_back({name.first, name.second, count});
     }
     return result;
+}
+
+QStringList findUnknownPorts(const Network &network)
+{
+    const Walk walk(network);
+    std::set<QString> names;
+    for (size_t i = 0; i < network.nodes.size(); ++i) {
+        const Node &node = network.nodes[i];
+        if (node.definition == nullptr || node.description->isVirtualInstance ||
+            !walk.isReached(i)) {
+            continue;
+        }
+        const auto collect = [&](const auto &ports) {
+            for (const auto &port : ports) {
+                // Those that begin so belong to the editor and to every class alike.
+                if (!port.isKnown && !port.key.startsWith(u'_')) {
+                    names.insert(node.description->className + u'.' + port.key);
+                }
+            }
+        };
+        collect(node.inputs);
+        collect(node.outputs);
+    }
+    return {names.begin(), names.end()};
 }
 
 } // namespace tarnwell::compositions

@@ -216,6 +216,7 @@ QJsonObject describe(const Evaluator &evaluator)
             {u"classes"_s, classNames},
             {u"unsupported"_s, unsupportedNames},
             {u"unsupportedDetails"_s, details},
+            {u"unknownPorts"_s, QJsonArray::fromStringList(findUnknownPorts(evaluator.network()))},
             {u"findings"_s, QJsonArray::fromStringList(findings)}};
 }
 

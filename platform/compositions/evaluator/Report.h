@@ -20,6 +20,10 @@ struct UnsupportedClass
 /// themselves. Sorted by name.
 std::vector<UnsupportedClass> findUnsupportedClasses(const Network &network);
 
+/// Ports that the file speaks of, of classes that are supported, but that nothing here knows: what
+/// they do is left out. "Class.port", sorted; only of nodes that something drawn depends on.
+QStringList findUnknownPorts(const Network &network);
+
 /// All about a composition that can be said without drawing it: attributes, published inputs with
 /// type and value, classes used, and what is not supported.
 QJsonObject describe(const Evaluator &evaluator);
