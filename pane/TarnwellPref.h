@@ -6,6 +6,7 @@
 #include "ports/Desktop.h"
 #include "prefs/CFPreferencesWrapper_Tarnwell.h"
 #include "shortcuts/ShortcutList.h"
+#include "ui/Field.h"
 #include "ui/PreferencePane.h"
 
 #include <QHash>
@@ -69,21 +70,6 @@ struct UpdateProcessState;
 } // namespace tarnwell::update
 
 namespace tarnwell::pane {
-
-/// A field with a plain getter and setter. Outlets are borrowed from the interface.
-#define TARNWELL_FIELD(Type, name, setter)                                                         \
-public:                                                                                            \
-    Type name() const                                                                              \
-    {                                                                                              \
-        return m_##name;                                                                           \
-    }                                                                                              \
-    void setter(Type value)                                                                        \
-    {                                                                                              \
-        m_##name = std::move(value);                                                               \
-    }                                                                                              \
-                                                                                                   \
-private:                                                                                           \
-    Type m_##name{};
 
 /// The pane's controller: it owns the rows behind the tables and every action lives on it.
 ///

@@ -3,6 +3,7 @@
 #include "foundation/Bundle.h"
 #include "ports/Desktop.h"
 #include "ports/FileManager.h"
+#include "ui/Field.h"
 #include "update/UpdateContext.h"
 
 #include <QObject>
@@ -39,21 +40,6 @@ struct InterfaceMismatch;
 
 namespace tarnwell::update {
 
-/// A field with a plain getter and setter. Views are borrowed from the interface.
-#define TARNWELL_UPDATE_FIELD(Type, name, setter)                                                  \
-public:                                                                                            \
-    Type name() const                                                                              \
-    {                                                                                              \
-        return m_##name;                                                                           \
-    }                                                                                              \
-    void setter(Type value)                                                                        \
-    {                                                                                              \
-        m_##name = std::move(value);                                                               \
-    }                                                                                              \
-                                                                                                   \
-private:                                                                                           \
-    Type m_##name{};
-
 /// What the controller stands on. All of it lives longer than the controller.
 struct UpdateViewServices
 {
@@ -70,22 +56,22 @@ struct UpdateViewServices
 /// updater reports its end, or two seconds after the user cancelled, its button cancels.
 class QXVCUpdateViewController_V102 : public QObject
 {
-    TARNWELL_UPDATE_FIELD(std::optional<foundation::Bundle>, zokBundle, setZokBundle)
-    TARNWELL_UPDATE_FIELD(QString, zokBundleID, setZokBundleID)
-    TARNWELL_UPDATE_FIELD(QPointer<QWidget>, sacrificialView, setSacrificialView)
-    TARNWELL_UPDATE_FIELD(QPointer<QWidget>, updaterView, setUpdaterView)
-    TARNWELL_UPDATE_FIELD(QCheckBox *, checkUpdatesButton, setCheckUpdatesButton)
-    TARNWELL_UPDATE_FIELD(QComboBox *, frequencyPopup, setFrequencyPopup)
-    TARNWELL_UPDATE_FIELD(QLabel *, lastStatus, setLastStatus)
-    TARNWELL_UPDATE_FIELD(QLabel *, lastCheckDate, setLastCheckDate)
-    TARNWELL_UPDATE_FIELD(QPushButton *, checkNow, setCheckNow)
-    TARNWELL_UPDATE_FIELD(QProgressBar *, progessBar, setProgessBar)
-    TARNWELL_UPDATE_FIELD(QTextBrowser *, privacyText, setPrivacyText)
-    TARNWELL_UPDATE_FIELD(QDialog *, privacyWindow, setPrivacyWindow)
-    TARNWELL_UPDATE_FIELD(QString, lastStatusString, setLastStatusString)
-    TARNWELL_UPDATE_FIELD(QString, oldCheckNowTitle, setOldCheckNowTitle)
-    TARNWELL_UPDATE_FIELD(std::shared_ptr<ports::Timer>, checkingTimer, setCheckingTimer)
-    TARNWELL_UPDATE_FIELD(QString, launchedUpdater, setLaunchedUpdater)
+    TARNWELL_FIELD(std::optional<foundation::Bundle>, zokBundle, setZokBundle)
+    TARNWELL_FIELD(QString, zokBundleID, setZokBundleID)
+    TARNWELL_FIELD(QPointer<QWidget>, sacrificialView, setSacrificialView)
+    TARNWELL_FIELD(QPointer<QWidget>, updaterView, setUpdaterView)
+    TARNWELL_FIELD(QCheckBox *, checkUpdatesButton, setCheckUpdatesButton)
+    TARNWELL_FIELD(QComboBox *, frequencyPopup, setFrequencyPopup)
+    TARNWELL_FIELD(QLabel *, lastStatus, setLastStatus)
+    TARNWELL_FIELD(QLabel *, lastCheckDate, setLastCheckDate)
+    TARNWELL_FIELD(QPushButton *, checkNow, setCheckNow)
+    TARNWELL_FIELD(QProgressBar *, progessBar, setProgessBar)
+    TARNWELL_FIELD(QTextBrowser *, privacyText, setPrivacyText)
+    TARNWELL_FIELD(QDialog *, privacyWindow, setPrivacyWindow)
+    TARNWELL_FIELD(QString, lastStatusString, setLastStatusString)
+    TARNWELL_FIELD(QString, oldCheckNowTitle, setOldCheckNowTitle)
+    TARNWELL_FIELD(std::shared_ptr<ports::Timer>, checkingTimer, setCheckingTimer)
+    TARNWELL_FIELD(QString, launchedUpdater, setLaunchedUpdater)
 
 public:
     /// A controller whose view is in its place. The bundle may be left out, and is then looked for
@@ -160,7 +146,5 @@ private:
     std::unique_ptr<ports::Timer> m_cancelTimer;     ///< from a cancel to the end of checking
     std::vector<std::unique_ptr<ports::Observation>> m_observations;
 };
-
-#undef TARNWELL_UPDATE_FIELD
 
 } // namespace tarnwell::update
