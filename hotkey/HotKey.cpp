@@ -1,9 +1,13 @@
 #include "hotkey/HotKey.h"
 
+#include "foundation/KeyCodes.h"
 #include "hotkey/KeyEvents.h"
 #include "prefs/CFPreferencesWrapper_Tarnwell.h"
 #include "prefs/PreferenceKeys.h"
 #include "shortcuts/KeyTranslation.h"
+#include "shortcuts/SpokenKeys.h"
+
+#include <QCoreApplication>
 
 namespace tarnwell::hotkey {
 
@@ -21,6 +25,35 @@ std::optional<qint64> number(const plist::Value &value)
     if (!value.isNumber())
         return std::nullopt;
     return value.toInteger();
+}
+
+QString words(const char *text)
+{
+    return QCoreApplication::translate("SpokenKeys", text);
+}
+
+QString spokenKey(quint16 keyCode, const QString &text)
+{
+    // Each of the first two is shown with a sign that is read as Delete.
+    switch (keyCode) {
+    case 0x33:
+        return words(QT_TRANSLATE_NOOP("SpokenKeys", "Backspace"));
+    case 0x75:
+        return words(QT_TRANSLATE_NOOP("SpokenKeys", "Forward Delete"));
+    case 0x72:
+        return words(QT_TRANSLATE_NOOP("SpokenKeys", "Help"));
+    default:
+        break;
+    }
+    if (text.isEmpty())
+        return words(QT_TRANSLATE_NOOP("SpokenKeys", "Key %1")).arg(keyCode);
+    const foundation::KeyPosition *position = foundation::keyPosition(keyCode);
+    const quint32 kind = position ? position->flags : 0;
+    // Arrows count to the keypad as well, but there is no other arrow.
+    if ((kind & foundation::keyFlagNumericPad) && !(kind & foundation::keyFlagFunction))
+        return words(QT_TRANSLATE_NOOP("SpokenKeys", "Keypad %1"))
+            .arg(shortcuts::spokenShortcut(text));
+    return shortcuts::spokenShortcut(text);
 }
 
 } // namespace
@@ -57,6 +90,13 @@ HotKey hotKeyFor(const KeyEvent &event)
 std::optional<QString> displayString(const ports::KeyboardLayouts &layouts, const HotKey &hotKey)
 {
     return shortcuts::KeyCodeDisplayString(layouts, hotKey.keyCode, hotKey.menuModifiers);
+}
+
+QString spokenHotKey(const HotKey &hotKey, const QString &text)
+{
+    const QString glyphs = shortcuts::MenuModifierGlyphs(hotKey.menuModifiers).value_or(QString());
+    const QString key = spokenKey(hotKey.keyCode, text.mid(glyphs.size()));
+    return glyphs.isEmpty() ? key : shortcuts::spokenShortcut(glyphs) + u' ' + key;
 }
 
 Capture capture(const ports::KeyboardLayouts &layouts, const KeyEvent &event)

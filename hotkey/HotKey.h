@@ -40,6 +40,10 @@ HotKey hotKeyFor(const KeyEvent &event);
 /// What menus show for it; nothing without a layout that the key could be looked up in.
 std::optional<QString> displayString(const ports::KeyboardLayouts &layouts, const HotKey &hotKey);
 
+/// The same in words, for screen readers and for keys that menus have no sign for. The text is what
+/// displayString() gave; keys that it does not tell apart are named by their place.
+QString spokenHotKey(const HotKey &hotKey, const QString &text);
+
 enum class Verdict {
     Accepted,
     NeedsModifier, ///< a key by itself

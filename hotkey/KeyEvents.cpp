@@ -21,8 +21,9 @@ constexpr quint32 scanCodeOffset = 8;
 /// The second of the eight real modifiers is Caps Lock in every keymap, whatever key locks it.
 constexpr quint32 nativeCapsLock = 0x02;
 
-constexpr quint16 firstModifierPosition = 0x36;
-constexpr quint16 lastModifierPosition = 0x3F;
+/// The symbols of keys that switch levels and groups, alike under X11 and Wayland.
+constexpr quint32 firstSwitchSymbol = 0xFE01;
+constexpr quint32 lastSwitchSymbol = 0xFE13;
 
 constexpr std::array<std::pair<int, quint16>, 38> keysWithoutCharacter{{
     {Qt::Key_Return, 0x24},  {Qt::Key_Enter, 0x4C},    {Qt::Key_Tab, 0x30},
@@ -118,11 +119,9 @@ bool isModifierKey(const QKeyEvent &event)
     case Qt::Key_Mode_switch:
         return true;
     case 0:
-    case Qt::Key_unknown: {
-        // The toolkit has no name for keys that change the group; they sit where modifiers do.
-        const auto key = keyEventForScanCode(event.nativeScanCode(), 0);
-        return key && key->keyCode >= firstModifierPosition && key->keyCode <= lastModifierPosition;
-    }
+    case Qt::Key_unknown: // the toolkit has no name for most of these
+        return event.nativeVirtualKey() >= firstSwitchSymbol &&
+               event.nativeVirtualKey() <= lastSwitchSymbol;
     default:
         return false;
     }

@@ -3,6 +3,7 @@
 #include "hotkey/KeyEvents.h"
 #include "hotkey/LiTextField.h"
 
+#include <QContextMenuEvent>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QWindow>
@@ -27,7 +28,7 @@ bool LiWindow::performKeyEquivalent(const KeyEvent &event)
     if (LiTextField *field = m_prefPane->hotKeyField())
         field->setText(captured.text);
     setHotKeyEvent(event);
-    Q_EMIT keyAccepted(captured.text);
+    Q_EMIT keyAccepted();
     return true;
 }
 
@@ -77,6 +78,10 @@ bool LiWindow::eventFilter(QObject *watched, QEvent *event)
         event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
     if (isKey && takesKey(watched, static_cast<QKeyEvent &>(*event)))
         return true;
+    // The display system sends it ahead of the Menu key, which can be the hot key.
+    if (event->type() == QEvent::ContextMenu &&
+        static_cast<QContextMenuEvent &>(*event).reason() == QContextMenuEvent::Keyboard)
+        return true;
     return QDialog::eventFilter(watched, event);
 }
 
@@ -84,6 +89,12 @@ bool LiWindow::takesKey(QObject *focus, QKeyEvent &press)
 {
     if (!m_prefPane || isModifierKey(press))
         return false;
+    if (press.isAutoRepeat()) {
+        // A key that is held down was taken once. Whoever lets go of the modifiers first shall not
+        // see Control+Return end the sheet.
+        press.accept();
+        return true;
+    }
     const auto event = keyEventFromQt(press, m_prefPane->keyboardLayouts());
     if (event && worksTheSheet(press.key(), event->modifierFlags))
         return false;
@@ -98,14 +109,12 @@ bool LiWindow::takesKey(QObject *focus, QKeyEvent &press)
             Q_EMIT keyRefused(Verdict::NotShowable);
         return false;
     }
-    // A key that is held down was taken once; the space bar on a button presses the button.
+    // The space bar on a button presses the button.
     const bool isTaken =
-        press.isAutoRepeat() || isInField ||
-        capture(m_prefPane->keyboardLayouts(), *event).verdict == Verdict::Accepted;
+        isInField || capture(m_prefPane->keyboardLayouts(), *event).verdict == Verdict::Accepted;
     if (!isTaken)
         return false;
-    if (!press.isAutoRepeat())
-        performKeyEquivalent(*event);
+    performKeyEquivalent(*event);
     press.accept();
     return true;
 }

@@ -51,8 +51,8 @@ public:
     void setHotKeyEvent(const std::optional<KeyEvent> &event) { m_hkEvent = event; }
 
 Q_SIGNALS:
-    /// A key was taken; the text is what the field shows now.
-    void keyAccepted(const QString &text);
+    /// A key was taken; hotKeyEvent() is the key, and the field shows it.
+    void keyAccepted();
     void keyRefused(tarnwell::hotkey::Verdict why);
 
 protected:

@@ -9,7 +9,6 @@
 #include "ports/KeyboardLayouts.h"
 #include "ports/Sheets.h"
 #include "shortcuts/KeyTranslation.h"
-#include "shortcuts/ShortcutCells.h"
 
 #include <QLabel>
 
@@ -71,18 +70,23 @@ void TarnwellPref::updateMenuAccText(QWidget *field)
         TARNWELL_SYSTEM_LOG(u"Could not set the default hotkey for Menu Accelerator"_s);
         return;
     }
-    if (const auto text = hotkey::displayString(m_desktop.keyboardLayouts, *stored))
-        showHotKey(field, *text);
+    showHotKey(field, *stored);
 }
 
-/// Shows the glyphs, and tells a screen reader the words.
-void TarnwellPref::showHotKey(QWidget *field, const QString &text)
+/// Shows the glyphs, and tells a screen reader the words. Changes nothing for a key that can't be
+/// shown; returns the words.
+QString TarnwellPref::showHotKey(QWidget *field, const hotkey::HotKey &hotKey)
 {
-    field->setProperty("text", text);
+    const auto text = hotkey::displayString(m_desktop.keyboardLayouts, hotKey);
+    if (!text)
+        return {};
+    const QString words = hotkey::spokenHotKey(hotKey, *text);
+    field->setProperty("text", *text);
     if (field == hotKeyField())
-        tellInSheet(shortcuts::spokenShortcut(text));
+        tellInSheet(words);
     else
-        field->setAccessibleName(shortcuts::spokenShortcut(text));
+        field->setAccessibleName(words);
+    return words;
 }
 
 /// Says something in the line under the field. The field has the focus while keys are recorded,
@@ -93,20 +97,19 @@ void TarnwellPref::tellInSheet(const QString &text)
     hotKeyField()->setAccessibleDescription(text);
 }
 
-void TarnwellPref::showRecordedHotKey(const QString &text)
+void TarnwellPref::showRecordedHotKey()
 {
     m_isHotKeyRecorded = true;
-    showHotKey(hotKeyField(), text);
-
     const auto event = hotkeySheet()->hotKeyEvent();
     if (!event)
         return;
     const auto [keyCode, menuModifiers] = hotkey::hotKeyFor(*event);
+    const QString words = showHotKey(hotKeyField(), {keyCode, menuModifiers});
     const auto character = shortcuts::LayoutKeyString(m_desktop.keyboardLayouts, keyCode);
     m_desktop.globalShortcuts.findHolder(
         {keyCode, menuModifiers, character.value_or(QString())},
         [self = QPointer<TarnwellPref>(this), event,
-         text](const std::optional<ports::GlobalShortcutHolder> &holder) {
+         words](const std::optional<ports::GlobalShortcutHolder> &holder) {
             if (!self || !holder || self->hotkeySheet()->hotKeyEvent() != event)
                 return;
             const QString warning =
@@ -114,7 +117,7 @@ void TarnwellPref::showRecordedHotKey(const QString &text)
                     ? withTexts(localized("“%@” already has this combination."), {holder->action})
                     : withTexts(localized("“%@” of %@ already has this combination."),
                                 {holder->action, holder->owner});
-            self->tellInSheet(shortcuts::spokenShortcut(text) + u'\n' + warning);
+            self->tellInSheet(words + u'\n' + warning);
         });
 }
 
@@ -130,12 +133,10 @@ void TarnwellPref::showHotKeyInOtherLayout()
     if (!hotkeySheet()->isVisible())
         return;
     const auto event = hotkeySheet()->hotKeyEvent();
-    if (!m_isHotKeyRecorded || !event) {
+    if (!m_isHotKeyRecorded || !event)
         updateMenuAccText(hotKeyField());
-    } else if (const auto text =
-                   hotkey::displayString(m_desktop.keyboardLayouts, hotkey::hotKeyFor(*event))) {
-        showHotKey(hotKeyField(), *text);
-    }
+    else
+        showHotKey(hotKeyField(), hotkey::hotKeyFor(*event));
 }
 
 void TarnwellPref::storeHotKey()

@@ -41,6 +41,7 @@ namespace tarnwell::hotkey {
 class LiTextField;
 class LiWindow;
 enum class Verdict;
+struct HotKey;
 } // namespace tarnwell::hotkey
 namespace tarnwell::ports {
 class Observation;
@@ -277,10 +278,10 @@ private:
     void askToImportExcludeList(const QString &path);
 
     void setUpHotKeySheet();
-    void showHotKey(QWidget *field, const QString &text);
+    QString showHotKey(QWidget *field, const hotkey::HotKey &hotKey);
     void showHotKeyInOtherLayout();
     void explainRefusedKey(hotkey::Verdict why);
-    void showRecordedHotKey(const QString &text);
+    void showRecordedHotKey();
     void tellInSheet(const QString &text);
     /// Stores what the sheet recorded, if it did.
     void storeHotKey();

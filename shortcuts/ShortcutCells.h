@@ -17,8 +17,4 @@ QString menuPathText(const plist::Dictionary &item);
 std::optional<foundation::StyledString> shortcutCellValue(const ShortcutRow &row,
                                                           int columnIdentifier);
 
-/// The text of a shortcut in words ("Shift Command F1"), since a speech synthesiser reads the
-/// glyphs badly or not at all.
-QString spokenShortcut(const QString &glyphs);
-
 } // namespace tarnwell::shortcuts

@@ -1,6 +1,7 @@
 #include "shortcuts/ShortcutTableModel.h"
 
 #include "shortcuts/ShortcutCells.h"
+#include "shortcuts/SpokenKeys.h"
 
 #include <algorithm>
 #include <numeric>

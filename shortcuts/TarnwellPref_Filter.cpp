@@ -5,8 +5,8 @@
 #include "hotkey/KeyEvents.h"
 #include "ports/Timers.h"
 #include "shortcuts/KeyTranslation.h"
-#include "shortcuts/ShortcutCells.h"
 #include "shortcuts/ShortcutTableModel.h"
+#include "shortcuts/SpokenKeys.h"
 
 #include <QAccessible>
 #include <QKeyEvent>

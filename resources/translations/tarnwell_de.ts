@@ -897,6 +897,162 @@
         <source>End</source>
         <translation>Ende</translation>
     </message>
+    <message>
+        <source>Comma</source>
+        <translation>Komma</translation>
+    </message>
+    <message>
+        <source>Period</source>
+        <translation>Punkt</translation>
+    </message>
+    <message>
+        <source>Semicolon</source>
+        <translation>Semikolon</translation>
+    </message>
+    <message>
+        <source>Colon</source>
+        <translation>Doppelpunkt</translation>
+    </message>
+    <message>
+        <source>Apostrophe</source>
+        <translation>Apostroph</translation>
+    </message>
+    <message>
+        <source>Quotation Mark</source>
+        <translation>Anführungszeichen</translation>
+    </message>
+    <message>
+        <source>Grave</source>
+        <translation>Gravis</translation>
+    </message>
+    <message>
+        <source>Acute</source>
+        <translation>Akut</translation>
+    </message>
+    <message>
+        <source>Circumflex</source>
+        <translation>Zirkumflex</translation>
+    </message>
+    <message>
+        <source>Diaeresis</source>
+        <translation>Trema</translation>
+    </message>
+    <message>
+        <source>Tilde</source>
+        <translation>Tilde</translation>
+    </message>
+    <message>
+        <source>Exclamation Mark</source>
+        <translation>Ausrufezeichen</translation>
+    </message>
+    <message>
+        <source>Question Mark</source>
+        <translation>Fragezeichen</translation>
+    </message>
+    <message>
+        <source>Left Parenthesis</source>
+        <translation>Klammer auf</translation>
+    </message>
+    <message>
+        <source>Right Parenthesis</source>
+        <translation>Klammer zu</translation>
+    </message>
+    <message>
+        <source>Left Bracket</source>
+        <translation>Eckige Klammer auf</translation>
+    </message>
+    <message>
+        <source>Right Bracket</source>
+        <translation>Eckige Klammer zu</translation>
+    </message>
+    <message>
+        <source>Left Brace</source>
+        <translation>Geschweifte Klammer auf</translation>
+    </message>
+    <message>
+        <source>Right Brace</source>
+        <translation>Geschweifte Klammer zu</translation>
+    </message>
+    <message>
+        <source>Less Than</source>
+        <translation>Kleiner als</translation>
+    </message>
+    <message>
+        <source>Greater Than</source>
+        <translation>Größer als</translation>
+    </message>
+    <message>
+        <source>Minus</source>
+        <translation>Minus</translation>
+    </message>
+    <message>
+        <source>Underscore</source>
+        <translation>Unterstrich</translation>
+    </message>
+    <message>
+        <source>Plus</source>
+        <translation>Plus</translation>
+    </message>
+    <message>
+        <source>Equals</source>
+        <translation>Gleich</translation>
+    </message>
+    <message>
+        <source>Asterisk</source>
+        <translation>Stern</translation>
+    </message>
+    <message>
+        <source>Slash</source>
+        <translation>Schrägstrich</translation>
+    </message>
+    <message>
+        <source>Backslash</source>
+        <translation>Umgekehrter Schrägstrich</translation>
+    </message>
+    <message>
+        <source>Vertical Bar</source>
+        <translation>Senkrechter Strich</translation>
+    </message>
+    <message>
+        <source>Number Sign</source>
+        <translation>Raute</translation>
+    </message>
+    <message>
+        <source>Dollar</source>
+        <translation>Dollar</translation>
+    </message>
+    <message>
+        <source>Percent</source>
+        <translation>Prozent</translation>
+    </message>
+    <message>
+        <source>Ampersand</source>
+        <translation>Und-Zeichen</translation>
+    </message>
+    <message>
+        <source>At</source>
+        <translation>At-Zeichen</translation>
+    </message>
+    <message>
+        <source>Backspace</source>
+        <translation>Rücktaste</translation>
+    </message>
+    <message>
+        <source>Forward Delete</source>
+        <translation>Entfernen</translation>
+    </message>
+    <message>
+        <source>Help</source>
+        <translation>Hilfe</translation>
+    </message>
+    <message>
+        <source>Keypad %1</source>
+        <translation>Ziffernblock %1</translation>
+    </message>
+    <message>
+        <source>Key %1</source>
+        <translation>Taste %1</translation>
+    </message>
 </context>
 <context>
     <name>TarnwellPref</name>

@@ -101,6 +101,24 @@ TEST(Capturing, NeedsALayoutForOrdinaryKeysOnly)
     EXPECT_EQ(capture(keyboard.port(), {keyM, 0x40000}).verdict, Verdict::NotShowable);
 }
 
+TEST(HotKeys, AreToldApartInWords)
+{
+    fakes::FakeKeyboardLayouts keyboard;
+    const std::pair<HotKey, QString> rows[] = {
+        {{keyM, 6}, u"Control Option Command M"_s},
+        {{0x2B, 12}, u"Control Comma"_s},
+        {{0x33, 8}, u"Backspace"_s},
+        {{0x75, 9}, u"Shift Forward Delete"_s},
+        {{keyHelp, 0}, u"Command Help"_s},
+        {{keyPad5, 8}, u"Keypad 5"_s},
+        {{0x43, 12}, u"Control Keypad Asterisk"_s},
+        {{keyLeft, 10}, u"Option Left Arrow"_s},
+        {{keyF17, 0}, u"Command Key 64"_s},
+    };
+    for (const auto &[hotKey, words] : rows)
+        EXPECT_EQ(spokenHotKey(hotKey, displayString(keyboard.port(), hotKey).value()), words);
+}
+
 TEST(SheetKeys, AreNeverTaken)
 {
     struct Row

@@ -258,12 +258,20 @@ TEST_F(HotKeySheet, AKeyHeldDownIsTakenOnce)
     showPane();
     openSheet();
     QSignalSpy taken(pane->hotkeySheet(), &hotkey::LiWindow::keyAccepted);
-    for (const bool isRepeated : {false, true, true}) {
-        QKeyEvent event(QEvent::KeyPress, Qt::Key_A, Qt::ControlModifier, QString(), isRepeated);
-        QCoreApplication::sendEvent(pane->hotKeyField(), &event);
+    const auto hold = [this](Qt::Key key, Qt::KeyboardModifiers modifiers, bool isRepeated) {
+        QKeyEvent event(QEvent::KeyPress, key, modifiers, QString(), isRepeated);
+        QCoreApplication::sendEvent(pane->hotkeySheet()->focusWidget(), &event);
         EXPECT_TRUE(event.isAccepted());
+    };
+    for (const Qt::Key key : {Qt::Key_A, Qt::Key_Return, Qt::Key_Escape, Qt::Key_Tab}) {
+        hold(key, Qt::ControlModifier, false);
+        hold(key, Qt::ControlModifier, true);
+        hold(key, Qt::NoModifier, true); // Control is let go of first
     }
-    EXPECT_EQ(taken.count(), 1);
+    EXPECT_EQ(taken.count(), 4);
+    EXPECT_EQ(fieldText(), u"⌃⇥"_s);
+    EXPECT_EQ(pane->hotkeySheet()->focusWidget(), pane->hotKeyField());
+    EXPECT_TRUE(sheetsControl.isOpen(pane->hotkeySheet()));
 }
 
 TEST_F(HotKeySheet, FollowsTheLayoutWhileItIsUp)

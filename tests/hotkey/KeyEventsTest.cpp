@@ -16,9 +16,9 @@ namespace {
 constexpr quint32 offset = 8; // of scan codes above the kernel's key codes
 
 QKeyEvent press(int key, Qt::KeyboardModifiers modifiers, quint32 scanCode,
-                quint32 nativeModifiers = 0, const QString &text = {})
+                quint32 nativeModifiers = 0, quint32 symbol = 0)
 {
-    return QKeyEvent(QEvent::KeyPress, key, modifiers, scanCode, 0, nativeModifiers, text);
+    return QKeyEvent(QEvent::KeyPress, key, modifiers, scanCode, symbol, nativeModifiers);
 }
 
 TEST(KeyEvents, EveryKeyOfTheBoardHasItsPlaceAndKind)
@@ -45,6 +45,7 @@ TEST(KeyEvents, TellModifiersAndKeys)
         quint32 scanCode;
         quint32 nativeModifiers;
         std::optional<KeyEvent> event;
+        quint32 symbol = 0;
     };
     const Row rows[] = {
         {"plain", Qt::Key_M, Qt::NoModifier, keyM, 0, KeyEvent{0x2E, 0}},
@@ -71,7 +72,8 @@ TEST(KeyEvents, TellModifiersAndKeys)
         {"Control on the Caps Lock key", Qt::Key_Control, Qt::NoModifier, 58 + offset, 0, {}},
         {"Shift by itself", Qt::Key_Shift, Qt::ShiftModifier, 42 + offset, 0, {}},
         {"AltGr by itself", Qt::Key_AltGr, Qt::NoModifier, 100 + offset, 0, {}},
-        {"switch of groups", Qt::Key_unknown, Qt::AltModifier, 42 + offset, 8, {}},
+        {"switch of groups", Qt::Key_unknown, Qt::AltModifier, 42 + offset, 8, {}, 0xFE08},
+        {"fifth level beside Z", 0, Qt::NoModifier, 86 + offset, 0, {}, 0xFE11},
         {"play button", Qt::Key_MediaPlay, Qt::ControlModifier, 164 + offset, 4, {}},
         {"synthesised letter", Qt::Key_M, Qt::ControlModifier, 0, 0, KeyEvent{0x2E, 0x40000}},
         {"synthesised keypad digit", Qt::Key_5, Qt::KeypadModifier, 0, 0, KeyEvent{0x57, 0x200000}},
@@ -81,8 +83,9 @@ TEST(KeyEvents, TellModifiersAndKeys)
     };
     for (const Row &row : rows) {
         fakes::FakeKeyboardLayouts keyboard;
-        EXPECT_EQ(keyEventFromQt(press(row.key, row.modifiers, row.scanCode, row.nativeModifiers),
-                                 keyboard.port()),
+        EXPECT_EQ(keyEventFromQt(
+                      press(row.key, row.modifiers, row.scanCode, row.nativeModifiers, row.symbol),
+                      keyboard.port()),
                   row.event)
             << row.name;
     }

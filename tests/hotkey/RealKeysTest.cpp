@@ -43,6 +43,7 @@ constexpr quint8 capsLockKey = 66;
 constexpr quint8 numLockKey = 77;
 constexpr quint8 pad7Key = 79;
 constexpr quint8 superKey = 133;
+constexpr quint8 menuKey = 135;
 
 class NoIcon final : public ports::HostApplication
 {
@@ -273,7 +274,7 @@ TEST_F(RealKeys, AnotherLayoutIsFollowedAtOnce)
 
 // --- the sheet by keyboard --------------------------------------------------------------------
 
-TEST_F(RealKeys, TabWalksEscapeCancelsAlsoUnderCapsLock)
+TEST_F(RealKeys, TabWalksMenuIsTakenEscapeCancelsAlsoUnderCapsLock)
 {
     showPane();
     openSheet();
@@ -287,6 +288,9 @@ TEST_F(RealKeys, TabWalksEscapeCancelsAlsoUnderCapsLock)
     ASSERT_TRUE(waitUntil([&] { return focus() == pane->hotKeyField(); }));
     pressAndWait({controlKey, tabKey});
     EXPECT_EQ(pane->hotKeyField()->text(), u"⌃⇥"_s);
+    pressAndWait({controlKey, menuKey});
+    EXPECT_EQ(pane->hotKeyField()->text(), u"⌃"_s);
+    EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
     endSheetBy(escapeKey);
     expectStored(0x2E, 6);
     EXPECT_EQ(pane->menuAccHotKey()->text(), u"⌃⌥⌘M"_s);

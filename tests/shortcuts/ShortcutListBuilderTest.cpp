@@ -1,6 +1,7 @@
 #include "shortcuts/ShortcutListBuilder.h"
 #include "shortcuts/ShortcutCells.h"
 #include "shortcuts/ShortcutList.h"
+#include "shortcuts/SpokenKeys.h"
 #include "support/ShortcutRecords.h"
 
 #include <gtest/gtest.h>
@@ -215,12 +216,14 @@ TEST(ShortcutCells, ShowMenuPathTitleAndMenu)
     }
 }
 
-TEST(ShortcutCells, SpeakShortcutsInWords)
+TEST(SpokenKeys, AreWords)
 {
     EXPECT_EQ(spokenShortcut(u"\u21E7\u2303\u2325\u2318F1"_s),
               u"Shift Control Option Command F1"_s);
     EXPECT_EQ(spokenShortcut(u"\u2318\u2190"_s), u"Command Left Arrow"_s);
     EXPECT_EQ(spokenShortcut(u"None"_s), u"None"_s);
+    EXPECT_EQ(spokenShortcut(u"\u2303,"_s), u"Control Comma"_s);
+    EXPECT_EQ(spokenShortcut(u"\u2303 "_s), u"Control Space"_s);
 }
 
 } // namespace tarnwell::shortcuts
