@@ -6,6 +6,7 @@
 #include <QContextMenuEvent>
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QLayout>
 #include <QWindow>
 
 using namespace Qt::StringLiterals;
@@ -48,6 +49,7 @@ void LiWindow::showEvent(QShowEvent *event)
     const auto controls = findChildren<QWidget *>();
     for (QWidget *control : controls)
         control->installEventFilter(this);
+    growToContents();
     QDialog::showEvent(event);
 }
 
@@ -69,7 +71,20 @@ bool LiWindow::event(QEvent *event)
     default:
         break;
     }
-    return QDialog::event(event);
+    const bool isHandled = QDialog::event(event);
+    if (event->type() == QEvent::LayoutRequest)
+        growToContents();
+    return isHandled;
+}
+
+/// Texts that wrap get all their lines, in each language and also when a warning joins them: a
+/// window's layout by itself sees to their width alone.
+void LiWindow::growToContents()
+{
+    const int needed =
+        layout() && layout()->hasHeightForWidth() ? layout()->totalHeightForWidth(width()) : 0;
+    if (needed > height())
+        resize(width(), needed);
 }
 
 bool LiWindow::eventFilter(QObject *watched, QEvent *event)

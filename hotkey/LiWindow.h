@@ -63,6 +63,7 @@ protected:
 private:
     bool takesKey(QObject *focus, QKeyEvent &press);
     void grabKeyboardOfDisplay(bool on);
+    void growToContents();
 
     std::shared_ptr<HotKeyPane> m_prefPane; ///< without an owner when it is borrowed
     std::optional<KeyEvent> m_hkEvent;

@@ -1046,6 +1046,10 @@
         <translation>Hilfe</translation>
     </message>
     <message>
+        <source>Menu Key</source>
+        <translation>Menütaste</translation>
+    </message>
+    <message>
         <source>Keypad %1</source>
         <translation>Ziffernblock %1</translation>
     </message>

@@ -110,6 +110,7 @@ TEST(HotKeys, AreToldApartInWords)
         {{0x33, 8}, u"Backspace"_s},
         {{0x75, 9}, u"Shift Forward Delete"_s},
         {{keyHelp, 0}, u"Command Help"_s},
+        {{0x6E, 12}, u"Control Menu Key"_s},
         {{keyPad5, 8}, u"Keypad 5"_s},
         {{0x43, 12}, u"Control Keypad Asterisk"_s},
         {{keyLeft, 10}, u"Option Left Arrow"_s},

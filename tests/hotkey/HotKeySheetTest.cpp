@@ -314,6 +314,18 @@ TEST_F(HotKeySheet, NamesWhoHoldsTheCombinationAndTakesItAllTheSame)
     EXPECT_TRUE(globalShortcuts.control().answer({{u"Late"_s, {}}})) << "nobody hears it any more";
 }
 
+TEST_F(HotKeySheet, GrowsWithWhatItSays)
+{
+    showPane();
+    openSheet();
+    pane->hotkeySheet()->show();
+    press(Qt::Key_T, Qt::ControlModifier);
+    globalShortcuts.control().answer({{u"word "_s.repeated(100), {}}});
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+    EXPECT_GE(pane->hotkeyHint()->height(),
+              pane->hotkeyHint()->heightForWidth(pane->hotkeyHint()->width()));
+}
+
 TEST_F(HotKeySheet, SaysWhenTheKeyCouldNotBeStored)
 {
     showPane();
