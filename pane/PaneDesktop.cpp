@@ -42,7 +42,9 @@ ports::Desktop PaneDesktop::ports()
             m_fileStore,
             m_session,
             m_lockFiles,
-            m_globalShortcuts};
+            m_globalShortcuts,
+            m_folders,
+            m_windowServer};
 }
 
 void PaneDesktop::setMissedNotificationsHandler(std::function<void()> handler)

@@ -11,12 +11,14 @@
 #include "desktop/LinuxSystemFacts.h"
 #include "desktop/LocalFileManager.h"
 #include "desktop/LocalFileStore.h"
+#include "desktop/LocalFolders.h"
 #include "desktop/LocalLockFiles.h"
 #include "desktop/LocalNotifications.h"
 #include "desktop/ProcRunningApplications.h"
 #include "desktop/ProcessTasks.h"
 #include "desktop/QtHttpFetcher.h"
 #include "desktop/QtTimers.h"
+#include "desktop/ScreenWindowServer.h"
 #include "desktop/SystemClock.h"
 #include "desktop/XkbKeyboardLayouts.h"
 #include "foundation/Bundle.h"
@@ -66,6 +68,8 @@ private:
     desktop::LinuxSession m_session;
     desktop::LocalLockFiles m_lockFiles;
     desktop::DesktopGlobalShortcuts m_globalShortcuts;
+    desktop::LocalFolders m_folders;
+    desktop::ScreenWindowServer m_windowServer;
     ports::HostApplication &m_hostApplication;
     prefs::ApplicationIdentityCache m_identityCache;
 };

@@ -27,6 +27,7 @@ const char *GetMacOSStatusCommentString(int status)
         {-108, "there is not enough memory"},
         {dirNFErr, "the folder was not found"},
         {-128, "the user cancelled"},
+        {errFSNotAFolder, "the item is not a folder"},
         {pathTooLongErr, "the path is too long"},
         {afpAccessDenied, "permission denied"},
         {kLSUnknownErr, "the application could not be started"},

@@ -11,6 +11,7 @@ inline constexpr int wPrErr = -44;                       ///< nothing can be wri
 inline constexpr int dupFNErr = -48;                     ///< there is a file of the name already
 inline constexpr int paramErr = -50;                     ///< a missing or unusable argument
 inline constexpr int dirNFErr = -120;                    ///< no such folder
+inline constexpr int errFSNotAFolder = -1407;           ///< a file where a folder is meant
 inline constexpr int pathTooLongErr = -2110;             ///< a path that the caller has no room for
 inline constexpr int afpAccessDenied = -5000;            ///< permission denied
 inline constexpr int kLSApplicationNotFoundErr = -10814; ///< not an application

@@ -7,6 +7,7 @@ class Bookmarks;
 class Clock;
 class FileManager;
 class FileStore;
+class Folders;
 class GlobalShortcuts;
 class HostApplication;
 class HttpFetcher;
@@ -20,6 +21,7 @@ class Sheets;
 class SystemFacts;
 class Tasks;
 class Timers;
+class WindowServer;
 class Workspace;
 
 /// Every service that the pane asks of its desktop. Whoever makes it owns the services and keeps
@@ -46,6 +48,8 @@ struct Desktop
     Session &session;
     LockFiles &lockFiles;
     GlobalShortcuts &globalShortcuts;
+    Folders &folders;
+    WindowServer &windowServer;
 };
 
 } // namespace tarnwell::ports

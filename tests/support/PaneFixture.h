@@ -5,6 +5,7 @@
 #include "fakes/FakeClock.h"
 #include "fakes/FakeFileManager.h"
 #include "fakes/FakeFileStore.h"
+#include "fakes/FakeFolders.h"
 #include "fakes/FakeGlobalShortcuts.h"
 #include "fakes/FakeHome.h"
 #include "fakes/FakeHostApplication.h"
@@ -19,6 +20,7 @@
 #include "fakes/FakeSystemFacts.h"
 #include "fakes/FakeTasks.h"
 #include "fakes/FakeTimers.h"
+#include "fakes/FakeWindowServer.h"
 #include "fakes/FakeWorkspace.h"
 #include "pane/TarnwellPref.h"
 #include "prefs/ApplicationIdentity.h"
@@ -72,7 +74,8 @@ protected:
         return {preferences, applications,      fileManager, bookmarks, keyboard.port(),
                 localCenter, distributedCenter, workspace,   clock,     timers,
                 systemFacts, hostApplication,   sheets,      openPanel, httpFetcher,
-                tasks,       fileStore,         session,     lockFiles, globalShortcuts};
+                tasks,       fileStore,         session,     lockFiles, globalShortcuts,
+                folders,     windowServer};
     }
 
     void store(const QString &key, const plist::Value &value)
@@ -120,6 +123,8 @@ protected:
     fakes::FakeSession session;
     fakes::FakeLockFiles lockFiles;
     fakes::FakeGlobalShortcuts globalShortcuts;
+    fakes::FakeFolders folders{home};
+    fakes::FakeWindowServer windowServer;
     prefs::ApplicationIdentityCache identityCache;
     std::unique_ptr<pane::TarnwellPref> pane;
     std::unique_ptr<QWidget> view;

@@ -60,7 +60,9 @@ ports::Desktop withTimersAndFacts(const ports::Desktop &real, ports::Timers &tim
             real.fileStore,
             real.session,
             real.lockFiles,
-            real.globalShortcuts};
+            real.globalShortcuts,
+            real.folders,
+            real.windowServer};
 }
 
 /// A pane as its bundle makes it, but for the timers, and for being an ordinary user's.

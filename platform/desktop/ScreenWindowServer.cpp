@@ -1,0 +1,48 @@
+#include "desktop/ScreenWindowServer.h"
+
+#include <QGuiApplication>
+#include <QOffscreenSurface>
+#include <QOpenGLContext>
+#include <QScreen>
+
+namespace tarnwell::desktop {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+bool canMakeContext()
+{
+    // Nobody looks at these screens, though one of them makes contexts where it finds an X server.
+    const QString platform = QGuiApplication::platformName();
+    if (platform == "offscreen"_L1 || platform == "minimal"_L1 || !QGuiApplication::primaryScreen())
+        return false;
+    QSurfaceFormat format;
+    format.setVersion(3, 3);
+    format.setProfile(QSurfaceFormat::CoreProfile);
+    QOpenGLContext context;
+    context.setScreen(QGuiApplication::primaryScreen());
+    context.setFormat(format);
+    if (!context.create())
+        return false;
+    QOffscreenSurface surface(context.screen());
+    surface.setFormat(context.format());
+    surface.create();
+    if (!surface.isValid() || !context.makeCurrent(&surface))
+        return false;
+    const bool isEnough = context.format().version() >= std::pair(3, 3) ||
+                          (context.isOpenGLES() && context.format().majorVersion() >= 3);
+    context.doneCurrent();
+    return isEnough;
+}
+
+} // namespace
+
+bool ScreenWindowServer::canPlayCompositions() const
+{
+    if (!m_canPlay)
+        m_canPlay = canMakeContext();
+    return *m_canPlay;
+}
+
+} // namespace tarnwell::desktop
