@@ -108,6 +108,19 @@ bool connectAction(QWidget *control, const std::function<void(QObject *)> &perfo
     return false;
 }
 
+/// What a widget wants to be bound to, as "property name".
+QStringList bindingsOf(const QWidget &widget)
+{
+    QStringList bindings;
+    const QList<QByteArray> properties = widget.dynamicPropertyNames();
+    for (const char *const property : {"value", "hidden", "shown"}) {
+        if (properties.contains(property))
+            bindings.append(QLatin1StringView(property) + u' ' +
+                            widget.property(property).toString());
+    }
+    return bindings;
+}
+
 /// Every widget below the roots and the roots themselves, in the order of the files.
 QList<QWidget *> allWidgets(const std::vector<std::unique_ptr<QWidget>> &roots)
 {
@@ -130,6 +143,12 @@ void InterfaceOwner::addAction(const QString &selector,
                                std::function<void(QObject *sender)> perform)
 {
     m_actions.insert_or_assign(selector, std::move(perform));
+}
+
+void InterfaceOwner::addBinding(const QString &property, const QString &name,
+                                std::function<bool(QWidget *)> bind)
+{
+    m_bindings.insert_or_assign(property + u' ' + name, std::move(bind));
 }
 
 InterfaceFileLoader::InterfaceFileLoader() = default;
@@ -173,9 +192,17 @@ std::vector<std::unique_ptr<QWidget>> InterfaceFileLoader::load(const QStringLis
     InterfaceMismatch found;
     QHash<QString, QWidget *> named;
     std::set<QString> sentActions;
+    std::set<QString> bound;
     for (QWidget *widget : allWidgets(roots)) {
         if (!named.contains(widget->objectName()))
             named.insert(widget->objectName(), widget);
+        for (const QString &wanted : bindingsOf(*widget)) {
+            const auto binding = owner.m_bindings.find(wanted);
+            if (binding != owner.m_bindings.end() && binding->second(widget))
+                bound.insert(wanted);
+            else
+                found.widgetsWithoutBinding.append(widget->objectName() + u' ' + wanted);
+        }
         const QString selector = widget->property("action").toString();
         if (selector.isEmpty())
             continue;
@@ -193,6 +220,10 @@ std::vector<std::unique_ptr<QWidget>> InterfaceFileLoader::load(const QStringLis
     for (const auto &[selector, perform] : owner.m_actions) {
         if (!sentActions.contains(selector))
             found.actionsWithoutControl.append(selector);
+    }
+    for (const auto &[wanted, bind] : owner.m_bindings) {
+        if (!bound.contains(wanted))
+            found.bindingsWithoutWidget.append(wanted);
     }
     if (mismatch)
         *mismatch = found;

@@ -38,23 +38,33 @@ public:
 
     void addAction(const QString &selector, std::function<void(QObject *sender)> perform);
 
+    /// Wants every widget whose dynamic property ("value": what a check box shows and sets;
+    /// "hidden" and "shown": when a widget is) names something of the owner. The function answers
+    /// false for a widget that can't be bound to it, which then counts as not bound.
+    void addBinding(const QString &property, const QString &name,
+                    std::function<bool(QWidget *)> bind);
+
 private:
     friend class InterfaceFileLoader;
     std::map<QString, std::function<bool(QWidget *)>> m_outlets;
     std::map<QString, std::function<void(QObject *)>> m_actions;
+    std::map<QString, std::function<bool(QWidget *)>> m_bindings; ///< by property and name
 };
 
 /// Names that one side has and the other does not. Empty when the two fit.
 struct InterfaceMismatch
 {
-    QStringList outletsWithoutWidget;  ///< of the owner
-    QStringList actionsWithoutControl; ///< of the owner
-    QStringList controlsWithoutAction; ///< "objectName selector" of the file
+    QStringList outletsWithoutWidget;    ///< of the owner
+    QStringList actionsWithoutControl;   ///< of the owner
+    QStringList controlsWithoutAction;   ///< "objectName selector" of the file
+    QStringList bindingsWithoutWidget{}; ///< "property name" of the owner
+    QStringList widgetsWithoutBinding{}; ///< "objectName property name" of the file
 
     bool isEmpty() const
     {
         return outletsWithoutWidget.isEmpty() && actionsWithoutControl.isEmpty() &&
-               controlsWithoutAction.isEmpty();
+               controlsWithoutAction.isEmpty() && bindingsWithoutWidget.isEmpty() &&
+               widgetsWithoutBinding.isEmpty();
     }
 };
 

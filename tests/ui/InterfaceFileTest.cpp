@@ -145,6 +145,34 @@ TEST_F(InterfaceFileTest, ControlsSendTheirActionWhenTheUserActs)
     EXPECT_EQ(sent, (QStringList{u"button"_s, u"field"_s, u"popup"_s}));
 }
 
+TEST_F(InterfaceFileTest, BindsWhatNamesSomethingOfTheOwner)
+{
+    QStringList bound;
+    const auto bind = [&](QWidget *widget) {
+        bound.append(widget->objectName());
+        return widget->objectName() != u"refused"_s;
+    };
+    m_owner.addBinding(u"value"_s, u"loudness"_s, bind);
+    m_owner.addBinding(u"hidden"_s, u"isSilent"_s, bind);
+    m_owner.addBinding(u"hidden"_s, u"isFree"_s, bind);
+    const auto bindable = [](const char *name, const char *property, const char *to) {
+        return QByteArray("<widget class=\"QLabel\" name=\"") + name + "\"><property name=\"" +
+               property + "\" stdset=\"0\"><string>" + to + "</string></property></widget>";
+    };
+    const auto roots = load({file(interface(
+        bindable("one", "value", "loudness") + bindable("two", "hidden", "isSilent") +
+        bindable("three", "hidden", "isSilent") + bindable("refused", "value", "loudness") +
+        bindable("lost", "shown", "isSilent") +
+        // A property of the class itself binds nothing.
+        "<widget class=\"QSpinBox\" name=\"four\"><property name=\"value\"><number>3</number>"
+        "</property></widget>"))});
+    ASSERT_EQ(roots.size(), 1U);
+    EXPECT_EQ(bound, (QStringList{u"one"_s, u"two"_s, u"three"_s, u"refused"_s}));
+    EXPECT_EQ(m_mismatch.bindingsWithoutWidget, QStringList{u"hidden isFree"_s});
+    EXPECT_EQ(m_mismatch.widgetsWithoutBinding,
+              (QStringList{u"refused value loudness"_s, u"lost shown isSilent"_s}));
+}
+
 TEST_F(InterfaceFileTest, KeepsThePropertiesOfTheController)
 {
     QWidget *table = nullptr;
