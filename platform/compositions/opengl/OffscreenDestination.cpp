@@ -121,23 +121,36 @@ bool OffscreenDestination::initialize(QString *error)
     if (!m_renderer->initialize(error)) {
         return false;
     }
-    const auto makeBuffer = [this](unsigned &name, unsigned format, unsigned attachment) {
-        glGenRenderbuffers(1, &name);
-        glBindRenderbuffer(GL_RENDERBUFFER, name);
-        glRenderbufferStorage(GL_RENDERBUFFER, format, m_pixels.width(), m_pixels.height());
-        glFramebufferRenderbuffer(GL_FRAMEBUFFER, attachment, GL_RENDERBUFFER, name);
-    };
     glGenFramebuffers(1, &m_framebuffer);
-    glBindFramebuffer(GL_FRAMEBUFFER, m_framebuffer);
-    makeBuffer(m_color, GL_RGBA8, GL_COLOR_ATTACHMENT0);
-    makeBuffer(m_depth, GL_DEPTH_COMPONENT24, GL_DEPTH_ATTACHMENT);
-    if (glCheckFramebufferStatus(GL_FRAMEBUFFER) != GL_FRAMEBUFFER_COMPLETE) {
+    glGenRenderbuffers(1, &m_color);
+    glGenRenderbuffers(1, &m_depth);
+    if (!allocate()) {
         if (error != nullptr) {
             *error = u"there is no memory for a picture of this size"_s;
         }
         return false;
     }
     return true;
+}
+
+bool OffscreenDestination::allocate()
+{
+    const auto allocateBuffer = [this](unsigned name, unsigned format, unsigned attachment) {
+        glBindRenderbuffer(GL_RENDERBUFFER, name);
+        glRenderbufferStorage(GL_RENDERBUFFER, format, m_pixels.width(), m_pixels.height());
+        glFramebufferRenderbuffer(GL_FRAMEBUFFER, attachment, GL_RENDERBUFFER, name);
+    };
+    glBindFramebuffer(GL_FRAMEBUFFER, m_framebuffer);
+    allocateBuffer(m_color, GL_RGBA8, GL_COLOR_ATTACHMENT0);
+    allocateBuffer(m_depth, GL_DEPTH_COMPONENT24, GL_DEPTH_ATTACHMENT);
+    return glCheckFramebufferStatus(GL_FRAMEBUFFER) == GL_FRAMEBUFFER_COMPLETE;
+}
+
+bool OffscreenDestination::resize(QSize pixels)
+{
+    m_context->makeCurrent();
+    m_pixels = pixels;
+    return allocate();
 }
 
 void OffscreenDestination::draw(const Frame &frame)

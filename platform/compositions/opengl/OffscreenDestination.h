@@ -20,6 +20,11 @@ public:
     ~OffscreenDestination();
     Q_DISABLE_COPY_MOVE(OffscreenDestination)
 
+    /// Makes the picture another size; what was drawn is lost. False when there is no memory for
+    /// it, and then nothing can be drawn until another size was given.
+    bool resize(QSize pixels);
+    QSize pixels() const { return m_pixels; }
+
     /// Draws a frame and waits for it.
     void draw(const Frame &frame);
     /// What was drawn last.
@@ -31,6 +36,7 @@ private:
     class Context;
     OffscreenDestination(std::unique_ptr<Context> context, QSize pixels);
     bool initialize(QString *error);
+    bool allocate();
 
     std::unique_ptr<Context> m_context;
     std::unique_ptr<Renderer> m_renderer;
