@@ -1,5 +1,6 @@
 #include "pane/TarnwellPref.h"
 
+#include "effects/QCView.h"
 #include "ports/HostApplication.h"
 #include "ports/KeyboardLayouts.h"
 #include "ports/NotificationCenter.h"
@@ -36,6 +37,9 @@ TarnwellPref::~TarnwellPref()
 {
     if (m_scrollTimer)
         m_scrollTimer->invalidate();
+    // The view plays by the desktop's clock, and outlives it.
+    if (m_mainView)
+        previewView()->stopRendering();
     if (m_translator)
         QCoreApplication::removeTranslator(m_translator.get());
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "effects/CompositionLists.h"
+#include "effects/Outline.h"
 #include "foundation/Bundle.h"
 #include "foundation/StyledString.h"
 #include "foundation/plist/Value.h"
@@ -20,6 +22,7 @@
 #include <optional>
 #include <vector>
 
+class QAbstractButton;
 class QAbstractItemView;
 class QCheckBox;
 class QComboBox;
@@ -34,6 +37,11 @@ class QTextBrowser;
 class QTranslator;
 class QTreeView;
 
+namespace tarnwell::effects {
+class OutlineModel;
+class QCView;
+struct EffectInformation;
+} // namespace tarnwell::effects
 namespace tarnwell::exclude {
 class ExcludeTableModel;
 }
@@ -81,8 +89,8 @@ class TarnwellPref : public ui::PreferencePane
     Q_OBJECT
 
     TARNWELL_FIELD(std::optional<foundation::Bundle>, tawlBundle, setTawlBundle)
-    TARNWELL_FIELD(plist::Value, qtzDict, setQtzDict)
-    TARNWELL_FIELD(plist::Value, qtzEnabledList, setQtzEnabledList)
+    TARNWELL_FIELD(effects::CompositionGroups, qtzDict, setQtzDict)
+    TARNWELL_FIELD(effects::EnabledCompositions, qtzEnabledList, setQtzEnabledList)
     TARNWELL_FIELD(bool, rootEnabled, setRootEnabled)
     TARNWELL_FIELD(bool, zokMissing, setZokMissing)
     TARNWELL_FIELD(QCheckBox *, enabledCheckbox, setEnabledCheckbox)
@@ -119,7 +127,7 @@ class TarnwellPref : public ui::PreferencePane
     TARNWELL_FIELD(QPushButton *, ieExportButton, setIeExportButton)
     TARNWELL_FIELD(QPushButton *, scRemoveAppButton, setScRemoveAppButton)
     TARNWELL_FIELD(QDialog *, tutPanel, setTutPanel)
-    TARNWELL_FIELD(QWidget *, previewView, setPreviewView)
+    TARNWELL_FIELD(effects::QCView *, previewView, setPreviewView)
     TARNWELL_FIELD(QLabel *, qcName, setQcName)
     TARNWELL_FIELD(QLabel *, authorName, setAuthorName)
     TARNWELL_FIELD(QLabel *, urlField, setUrlField)
@@ -215,6 +223,24 @@ public:
     void doExportExcludeList(QObject *sender);
     void doImportExcludeList(QObject *sender);
 
+    // Effects (effects/)
+    /// Looks for compositions and keeps what is found: the groups, which are returned, and those
+    /// that may be played. Without the plug-in both stay as they are.
+    const effects::CompositionGroups &getQTZDict();
+    /// Whether effects are played. Absent counts as no.
+    bool sillyEffect();
+    void setSillyEffect(bool on);
+    /// Whether the plug-in's own compositions take part.
+    bool includesBundledEffects();
+    void setIncludesBundledEffects(bool include);
+    /// Whether this display cannot play compositions.
+    bool hideSillyEffects() const;
+    /// Switches a composition or a whole group, and shows what results.
+    void setObjectValue(const QVariant &value, const QString &forTableColumn,
+                        const effects::OutlineItem &byItem);
+    /// Previews the selected composition; a group leaves the preview alone.
+    void outlineViewSelectionDidChange(QTreeView *outline);
+
     // Hot key (hotkey/)
     /// Opens the sheet that takes a new hot key.
     void setHotKey(QObject *sender);
@@ -277,6 +303,19 @@ private:
     void cancelInternetCheck();
     void askToImportExcludeList(const QString &path);
 
+    void registerEffectsClasses(ui::InterfaceFileLoader &loader);
+    void addEffectsBindings(ui::InterfaceOwner &owner);
+    void setUpEffects();
+    void effectsWillShow();
+    void setUpOutline();
+    void showEffectSwitches();
+    /// Shows what others stored or installed meanwhile.
+    void refreshEffects();
+    /// Shows the compositions that are known, after looking for them if none are.
+    void reloadOutline();
+    void previewComposition(const QString &path);
+    void showInformation(const effects::EffectInformation &information);
+
     void setUpHotKeySheet();
     QString showHotKey(QWidget *field, const hotkey::HotKey &hotKey);
     void showHotKeyInOtherLayout();
@@ -310,6 +349,14 @@ private:
     std::unique_ptr<shortcuts::LayoutKeyCommandTranslator> m_scTranslator;
     shortcuts::ShortcutTableModel *m_scModel = nullptr; ///< a child of the table
     exclude::ExcludeTableModel *m_ieModel = nullptr;    ///< a child of the table
+    effects::OutlineModel *m_seModel = nullptr;         ///< a child of the outline, once it showed
+    bool m_sillyEffect = false;
+    bool m_isReloadingOutline = false;
+    QAbstractButton *m_sillyEffectSwitch = nullptr;
+    QAbstractButton *m_includesBundledEffectsSwitch = nullptr;
+    QWidget *m_effectsPage = nullptr;       ///< around all of those
+    QList<QWidget *> m_hiddenWithEffects;   ///< where the display can't play them
+    QList<QWidget *> m_shownWithoutEffects; ///< instead of those
     std::unique_ptr<ui::FirstPaint> m_ieFirstPaint;
     std::unique_ptr<ports::Timer> m_ieInternetTimer;
 };

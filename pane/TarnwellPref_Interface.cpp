@@ -2,6 +2,7 @@
 
 #include "pane/TarnwellPref.h"
 
+#include "effects/QCView.h"
 #include "hotkey/LiTextField.h"
 #include "hotkey/LiWindow.h"
 #include "ui/InterfaceFile.h"
@@ -27,7 +28,7 @@ void TarnwellPref::registerInterfaceClasses(ui::InterfaceFileLoader &loader)
                          [](QWidget *parent) { return new hotkey::LiWindow(parent); });
     loader.registerClass(u"LiTextField"_s,
                          [](QWidget *parent) { return new hotkey::LiTextField(parent); });
-    loader.registerClass(u"QCView"_s, [](QWidget *parent) { return new QWidget(parent); });
+    registerEffectsClasses(loader);
 }
 
 void TarnwellPref::addOutlets(ui::InterfaceOwner &owner)
@@ -61,7 +62,7 @@ void TarnwellPref::addOutlets(ui::InterfaceOwner &owner)
     TARNWELL_OUTLET(QPushButton, ieExportButton, setIeExportButton);
     TARNWELL_OUTLET(QPushButton, scRemoveAppButton, setScRemoveAppButton);
     TARNWELL_OUTLET(QDialog, tutPanel, setTutPanel);
-    TARNWELL_OUTLET(QWidget, previewView, setPreviewView);
+    TARNWELL_OUTLET(effects::QCView, previewView, setPreviewView);
     TARNWELL_OUTLET(QLabel, qcName, setQcName);
     TARNWELL_OUTLET(QLabel, authorName, setAuthorName);
     TARNWELL_OUTLET(QLabel, urlField, setUrlField);
@@ -74,6 +75,8 @@ void TarnwellPref::addOutlets(ui::InterfaceOwner &owner)
     TARNWELL_OUTLET(QPushButton, scFilterKeysButton, setScFilterKeysButton);
 
 #undef TARNWELL_OUTLET
+
+    addEffectsBindings(owner);
 }
 
 void TarnwellPref::addActions(ui::InterfaceOwner &owner)

@@ -25,7 +25,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QTreeView>
 
 using namespace Qt::StringLiterals;
 
@@ -146,13 +145,8 @@ void TarnwellPref::mainViewDidLoad()
     // Nothing shown here comes from the predefined list; a damaged one is at least logged.
     reportDamagedExcludeList(m_desktop.fileManager);
 
-    if (seView()->model() && seView()->model()->rowCount() > 0) {
-        // Toggled twice, the first group is laid out afresh in the state that it has.
-        const QModelIndex first = seView()->model()->index(0, 0);
-        const bool expanded = seView()->isExpanded(first);
-        seView()->setExpanded(first, !expanded);
-        seView()->setExpanded(first, expanded);
-    }
+    // Its rows come when they are first to be seen, and are laid out then.
+    setUpEffects();
 }
 
 void TarnwellPref::willSelect()
@@ -162,6 +156,7 @@ void TarnwellPref::willSelect()
     buildIEList();
     rebuildPopup();
     doPopup(scPopup());
+    refreshEffects();
     m_desktop.hostApplication.setApplicationIcon(mPrefPaneIcon());
     scheduleInternetCheck();
 }
@@ -179,6 +174,7 @@ void TarnwellPref::applicationDidBecomeActive(const ports::Notification &)
     doPopup(scPopup());
     showStoredOptions();
     refreshIEList();
+    refreshEffects();
 }
 
 void TarnwellPref::showStoredOptions()

@@ -71,6 +71,8 @@ void TarnwellPref::filterShortcutsByKeys(bool on)
 
 bool TarnwellPref::eventFilter(QObject *watched, QEvent *event)
 {
+    if (watched == m_effectsPage && event->type() == QEvent::Show)
+        effectsWillShow();
     if (watched == scFilterField() && event->type() == QEvent::FocusIn)
         prepareFilter();
     const bool isKey =

@@ -397,6 +397,10 @@
         <translation>Wählen Sie einen Effekt aus, um ihn hier zu sehen.</translation>
     </message>
     <message>
+        <source>This display cannot play effects: they need OpenGL 3.3.</source>
+        <translation>Dieser Bildschirm kann keine Effekte abspielen: Sie brauchen OpenGL 3.3.</translation>
+    </message>
+    <message>
         <source>Preview</source>
         <translation>Vorschau</translation>
     </message>
@@ -735,6 +739,21 @@
     <message>
         <source>These are on the list already and stay as they are: %1.</source>
         <translation>Diese stehen schon auf der Liste und bleiben, wie sie sind: %1.</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwell::effects::OutlineModel</name>
+    <message>
+        <source>On</source>
+        <translation>Ein</translation>
+    </message>
+    <message>
+        <source>Off</source>
+        <translation>Aus</translation>
+    </message>
+    <message>
+        <source>Some are on</source>
+        <translation>Einige ein</translation>
     </message>
 </context>
 <context>

@@ -19,6 +19,8 @@ TEST_F(LifeCycle, InterfaceAndControllerKnowTheSameNames)
     EXPECT_EQ(mismatch.outletsWithoutWidget, QStringList());
     EXPECT_EQ(mismatch.actionsWithoutControl, QStringList());
     EXPECT_EQ(mismatch.controlsWithoutAction, QStringList());
+    EXPECT_EQ(mismatch.bindingsWithoutWidget, QStringList());
+    EXPECT_EQ(mismatch.widgetsWithoutBinding, QStringList());
 }
 
 TEST_F(LifeCycle, EnablingNeedsThePluginAndAnOrdinaryUser)

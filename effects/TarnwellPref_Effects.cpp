@@ -1,0 +1,277 @@
+// The controller's half of the effects page: what there is and what is on comes from this folder's
+// plain functions, the outline, the switches and the preview are served here.
+
+#include "pane/TarnwellPref.h"
+
+#include "effects/CompositionLists.h"
+#include "effects/CompositionSearch.h"
+#include "effects/EffectInformation.h"
+#include "effects/FrameThread.h"
+#include "effects/OutlineModel.h"
+#include "effects/OutlineView.h"
+#include "effects/QCView.h"
+#include "effects/SampleMenu.h"
+#include "foundation/Logging.h"
+#include "ports/FileManager.h"
+#include "ports/Preferences.h"
+#include "ports/WindowServer.h"
+#include "ports/Workspace.h"
+#include "prefs/PreferenceKeys.h"
+#include "ui/InterfaceFile.h"
+
+#include <QAbstractButton>
+#include <QHeaderView>
+#include <QLabel>
+#include <QScopedValueRollback>
+#include <QScrollBar>
+
+using namespace Qt::StringLiterals;
+
+namespace tarnwell::pane {
+
+void TarnwellPref::registerEffectsClasses(ui::InterfaceFileLoader &loader)
+{
+    loader.registerClass(u"QCView"_s, [this](QWidget *parent) {
+        return new effects::QCView(
+            m_desktop.clock, m_desktop.timers,
+            [] { return std::make_unique<effects::FrameThread>(); }, parent);
+    });
+    loader.registerClass(u"OutlineView"_s,
+                         [](QWidget *parent) { return new effects::OutlineView(parent); });
+}
+
+void TarnwellPref::addEffectsBindings(ui::InterfaceOwner &owner)
+{
+    const auto addSwitch = [&](const QString &name, QAbstractButton *&control,
+                               void (TarnwellPref::*set)(bool)) {
+        owner.addBinding(u"value"_s, name, [this, &control, set](QWidget *widget) {
+            control = qobject_cast<QAbstractButton *>(widget);
+            if (control)
+                connect(control, &QAbstractButton::clicked, this, set);
+            return control != nullptr;
+        });
+    };
+    addSwitch(u"sillyEffect"_s, m_sillyEffectSwitch, &TarnwellPref::setSillyEffect);
+    addSwitch(u"includesBundledEffects"_s, m_includesBundledEffectsSwitch,
+              &TarnwellPref::setIncludesBundledEffects);
+    owner.addBinding(u"hidden"_s, u"hideSillyEffects"_s, [this](QWidget *widget) {
+        m_hiddenWithEffects.append(widget);
+        m_effectsPage = widget->parentWidget();
+        m_effectsPage->installEventFilter(this);
+        return true;
+    });
+    owner.addBinding(u"shown"_s, u"hideSillyEffects"_s, [this](QWidget *widget) {
+        m_shownWithoutEffects.append(widget);
+        widget->hide();
+        return true;
+    });
+}
+
+void TarnwellPref::setUpEffects()
+{
+    connect(urlField(), &QLabel::linkActivated, this,
+            [this](const QString &address) { m_desktop.workspace.openUrl(QUrl(address)); });
+    showEffectSwitches();
+}
+
+void TarnwellPref::effectsWillShow()
+{
+    // To find that out, and what there is to play, takes a while, so it is done for those alone who
+    // look at the page.
+    const bool hides = hideSillyEffects();
+    for (QWidget *widget : std::as_const(m_hiddenWithEffects))
+        widget->setHidden(hides);
+    for (QWidget *widget : std::as_const(m_shownWithoutEffects))
+        widget->setVisible(hides);
+    if (!hides && !m_seModel)
+        setUpOutline();
+}
+
+void TarnwellPref::setUpOutline()
+{
+    QTreeView *outline = seView();
+    m_seModel = new effects::OutlineModel(
+        outline->property("identifiers").toStringList(),
+        outline->property("headings").toStringList(), m_desktop.fileManager,
+        [this](const effects::OutlineItem &item, bool on) {
+            setObjectValue(on, effects::enableColumn, item);
+        },
+        outline);
+    outline->setModel(m_seModel);
+    reloadOutline();
+    QHeaderView *header = outline->header();
+    header->setStretchLastSection(false);
+    header->setSectionResizeMode(0, QHeaderView::Stretch);
+    header->setSectionResizeMode(1, QHeaderView::ResizeToContents);
+    connect(outline->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            [this] { outlineViewSelectionDidChange(seView()); });
+}
+
+void TarnwellPref::showEffectSwitches()
+{
+    m_sillyEffectSwitch->setChecked(sillyEffect());
+    m_includesBundledEffectsSwitch->setChecked(includesBundledEffects());
+}
+
+void TarnwellPref::refreshEffects()
+{
+    showEffectSwitches();
+    if (!m_seModel)
+        return;
+    setQtzEnabledList({});
+    setQtzDict({});
+    reloadOutline();
+}
+
+void TarnwellPref::reloadOutline()
+{
+    if (qtzDict().isEmpty())
+        getQTZDict();
+    QTreeView *outline = seView();
+    std::vector<effects::OutlineItem> collapsed;
+    for (int row = 0; row < m_seModel->rowCount(); ++row) {
+        const QModelIndex group = m_seModel->index(row, 0);
+        if (!outline->isExpanded(group))
+            collapsed.push_back(
+                effects::Outline::persistentObjectForItem(m_seModel->itemAt(group)));
+    }
+    const QModelIndex current = outline->currentIndex();
+    const effects::OutlineItem selected = m_seModel->itemAt(current);
+    const int scrolled = outline->verticalScrollBar()->value();
+
+    // Rows that are still the same ones keep the selection and what is expanded by themselves.
+    const effects::Outline lists({qtzDict(), qtzEnabledList()});
+    const bool isReset = lists.groups() != m_seModel->outline().groups();
+    m_seModel->setOutline(lists);
+    if (!isReset)
+        return;
+    outline->expandAll();
+    for (const effects::OutlineItem &item : collapsed)
+        outline->collapse(m_seModel->indexOf(effects::Outline::itemForPersistentObject(item)));
+    // The preview goes on, so a row that is chosen again is not played anew.
+    const QScopedValueRollback isReloading(m_isReloadingOutline, true);
+    const QModelIndex now = m_seModel->indexOf(selected);
+    if (now.isValid())
+        outline->setCurrentIndex(now.siblingAtColumn(current.column()));
+    outline->verticalScrollBar()->setValue(scrolled);
+}
+
+const effects::CompositionGroups &TarnwellPref::getQTZDict()
+{
+    if (!tawlBundle())
+        setTawlBundle(effects::findSillyEffectBundle(m_desktop.fileManager));
+    if (!tawlBundle()) {
+        TARNWELL_SYSTEM_LOG(u"Cannot find the Tarnwell.zok bundle containing Silly Effect"_s);
+        return m_qtzDict;
+    }
+    const effects::DiscoveryContext context{m_desktop.preferences, m_desktop.fileManager,
+                                            m_desktop.folders, m_desktop.clock,
+                                            prefs::pluginDomain};
+    // What a refresh of the plug-in brings here must not send anything back.
+    effects::CompositionLists lists =
+        effects::copyCompositionLists(context, tawlBundle(),
+                                      isInNotification() ? effects::NewScreenSavers::OnlyLeaveOut
+                                                         : effects::NewScreenSavers::Record);
+    setQtzDict(std::move(lists.groups));
+    setQtzEnabledList(std::move(lists.enabled));
+    return m_qtzDict;
+}
+
+bool TarnwellPref::sillyEffect()
+{
+    m_desktop.preferences.appSynchronize(prefs::pluginDomain);
+    bool isValid = false;
+    const bool isStopped = m_desktop.preferences.appBooleanValue(prefs::keys::stopEffects,
+                                                                 prefs::pluginDomain, &isValid);
+    m_sillyEffect = isValid && !isStopped;
+    return m_sillyEffect;
+}
+
+void TarnwellPref::setSillyEffect(bool on)
+{
+    m_desktop.preferences.setAppValue(prefs::keys::stopEffects, !on, prefs::pluginDomain);
+    m_desktop.preferences.appSynchronize(prefs::pluginDomain);
+    m_sillyEffect = on;
+}
+
+bool TarnwellPref::includesBundledEffects()
+{
+    m_desktop.preferences.appSynchronize(prefs::pluginDomain);
+    return m_desktop.preferences.appBooleanValue(prefs::keys::includeBundledQTZs,
+                                                 prefs::pluginDomain);
+}
+
+void TarnwellPref::setIncludesBundledEffects(bool include)
+{
+    m_desktop.preferences.setAppValue(prefs::keys::includeBundledQTZs, include,
+                                      prefs::pluginDomain);
+    m_desktop.preferences.appSynchronize(prefs::pluginDomain);
+}
+
+bool TarnwellPref::hideSillyEffects() const
+{
+    return !m_desktop.windowServer.canPlayCompositions();
+}
+
+void TarnwellPref::setObjectValue(const QVariant &value, const QString &forTableColumn,
+                                  const effects::OutlineItem &byItem)
+{
+    if (!effects::Outline::shouldEditTableColumn(forTableColumn))
+        return;
+    const effects::Outline outline({qtzDict(), qtzEnabledList()});
+    effects::storeStatus(m_desktop.preferences, prefs::pluginDomain, outline.compositionsOf(byItem),
+                         value.toBool());
+    setQtzEnabledList({});
+    setQtzDict({});
+    reloadOutline();
+}
+
+void TarnwellPref::outlineViewSelectionDidChange(QTreeView *outline)
+{
+    if (m_isReloadingOutline)
+        return;
+    const QModelIndexList rows = outline->selectionModel()->selectedRows();
+    const effects::OutlineItem item =
+        rows.isEmpty() ? effects::OutlineItem() : m_seModel->itemAt(rows.constFirst());
+    if (const QUrl *const composition = std::get_if<QUrl>(&item))
+        previewComposition(composition->toLocalFile());
+}
+
+void TarnwellPref::previewComposition(const QString &path)
+{
+    effects::QCView *view = previewView();
+    if (view->isRendering())
+        view->stopRendering();
+    if (!view->loadCompositionFromFile(path))
+        return;
+    const QStringList keys = view->inputKeys();
+    for (const auto &[key, value] : effects::sampleMenuInputs()) {
+        if (keys.contains(key))
+            view->setValue(value, key);
+    }
+    showInformation(effects::effectInformation(*view->composition(),
+                                               m_desktop.fileManager.displayNameAtPath(path)));
+    preInstructionView()->hide();
+    view->startRendering();
+}
+
+void TarnwellPref::showInformation(const effects::EffectInformation &information)
+{
+    qcName()->setText(information.name);
+    authorName()->setText(information.author);
+    const bool isLink = !information.link.isEmpty();
+    urlField()->setTextFormat(isLink ? Qt::RichText : Qt::PlainText);
+    urlField()->setText(isLink
+                            ? u"<a href=\"%1\">%2</a>"_s.arg(
+                                  QString::fromUtf8(information.link.toEncoded()).toHtmlEscaped(),
+                                  information.linkText.toHtmlEscaped())
+                            : information.linkText);
+    // A tool tip would take tags for what they are.
+    urlField()->setToolTip(
+        information.linkToolTip.isEmpty()
+            ? QString()
+            : u"<span>%1</span>"_s.arg(
+                  information.linkToolTip.toHtmlEscaped().replace(u'\n', "<br>"_L1)));
+}
+
+} // namespace tarnwell::pane

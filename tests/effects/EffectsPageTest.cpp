@@ -1,0 +1,324 @@
+#include "CompositionFiles.h"
+
+#include "desktop/CapturedLog.h"
+#include "effects/QCView.h"
+#include "support/PaneFixture.h"
+
+#include <QAbstractItemModel>
+#include <QCheckBox>
+#include <QFile>
+#include <QLabel>
+#include <QTabWidget>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTreeView>
+
+using namespace Qt::StringLiterals;
+
+namespace tarnwell::tests {
+
+namespace {
+
+const QString stopKey = u"Jane, Stop This Crazy Thing"_s;
+const QString includeKey = u"IncludeBundledQTZs"_s;
+const QString statusKey = u"SEQTZStatusList"_s;
+
+} // namespace
+
+/// The pane on a described home that lies on the disk, too, since compositions are read from there.
+class EffectsPage : public PaneFixture
+{
+protected:
+    EffectsPage()
+    {
+        home = fakes::FakeHome(disk.path() + u"/home"_s, disk.path() + u"/root"_s);
+        fileManager.control().usesDisk = true;
+        write(u"~/Library/Hullforges/Tarnwell.zok/Contents/Resources/SillyEffect.bundle/"
+              "Contents/Info.plist"_s,
+              plist::write(plist::Dictionary{}, plist::Format::Xml));
+    }
+
+    QString write(const QString &name, const QByteArray &bytes)
+    {
+        const QString path = fileManager.resolve(name);
+        QDir().mkpath(QFileInfo(path).path());
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+        return path;
+    }
+    QString path(const QString &name)
+    {
+        return fileManager.resolve(u"~/Library/Application Support/Varnit/Tarnwell/"_s + name);
+    }
+    /// A composition among the user's own.
+    QString add(const QString &name, const QByteArray &bytes = compositionFile())
+    {
+        home.addFile(path(name));
+        return write(u"~/Library/Application Support/Varnit/Tarnwell/"_s + name, bytes);
+    }
+    void addScreenSaver(const QString &name)
+    {
+        home.addFile(fileManager.resolve(u"/Library/Screen Savers/"_s + name));
+        write(u"/Library/Screen Savers/"_s + name, compositionFile());
+    }
+
+    void showPage(bool on = true)
+    {
+        find<QTabWidget>("pages")->setCurrentWidget(
+            find<QWidget>(on ? "effectsPage" : "shortcutsPage"));
+        QApplication::processEvents();
+    }
+    void showEffects()
+    {
+        showPane();
+        showPage();
+    }
+
+    QTreeView *outline() { return pane->seView(); }
+    QModelIndex cell(const QString &title, int column)
+    {
+        const QModelIndexList found =
+            outline()->model()->match(outline()->model()->index(0, 0), Qt::DisplayRole, title, 1,
+                                      Qt::MatchExactly | Qt::MatchRecursive);
+        EXPECT_EQ(found.size(), 1) << qPrintable(title);
+        return found.isEmpty() ? QModelIndex() : found.constFirst().siblingAtColumn(column);
+    }
+    int state(const QString &title) { return cell(title, 1).data(Qt::CheckStateRole).toInt(); }
+    void clickSwitch(const QString &title)
+    {
+        const QModelIndex index = cell(title, 1);
+        const QRect place = outline()->visualRect(index);
+        QTest::mouseClick(outline()->viewport(), Qt::LeftButton, {},
+                          QPoint(place.left() + 10, place.center().y()));
+    }
+    void select(const QString &title) { outline()->setCurrentIndex(cell(title, 0)); }
+    bool choice(const QString &path)
+    {
+        return stored(statusKey).toDictionary().value(path).toBool();
+    }
+
+    QTemporaryDir disk;
+};
+
+TEST_F(EffectsPage, SwitchesAreStoredAsThePluginReadsThem)
+{
+    struct Row
+    {
+        const char *name;
+        plist::Value stop;
+        plist::Value include;
+        bool shown;
+        bool includes;
+    };
+    const Row rows[] = {
+        {"nothing stored", {}, {}, false, false},
+        {"on", false, true, true, true},
+        {"off", true, false, false, false},
+        {"as numbers", 0, 1, true, true},
+        {"as texts", u"no"_s, u"YES"_s, true, true},
+        {"of other types", plist::Dictionary{}, QByteArray("1"), false, false},
+    };
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        store(stopKey, row.stop);
+        store(includeKey, row.include);
+        showEffects();
+        EXPECT_EQ(pane->sillyEffect(), row.shown);
+        EXPECT_EQ(pane->includesBundledEffects(), row.includes);
+        auto *effects = find<QCheckBox>("sillyEffectCheckbox");
+        auto *bundled = find<QCheckBox>("includesBundledEffectsCheckbox");
+        EXPECT_EQ(effects->isChecked(), row.shown);
+        EXPECT_EQ(bundled->isChecked(), row.includes);
+        for (int round = 0; round < 2; ++round) {
+            effects->click();
+            bundled->click();
+            EXPECT_EQ(stored(stopKey), plist::Value(!effects->isChecked()));
+            EXPECT_EQ(stored(includeKey), plist::Value(bundled->isChecked()));
+        }
+        pane.reset();
+        view.reset();
+    }
+}
+
+TEST_F(EffectsPage, NothingIsLookedForBeforeThePageShows)
+{
+    addScreenSaver(u"s.qtz"_s);
+    showPane();
+    QApplication::processEvents();
+    postRefresh();
+    EXPECT_EQ(windowServer.control().questions, 0);
+    EXPECT_TRUE(stored(statusKey).isNull());
+    showPage();
+    EXPECT_GT(windowServer.control().questions, 0);
+    EXPECT_EQ(stored(statusKey).toDictionary().size(), 1) << "a screen saver is noted down as off";
+    EXPECT_EQ(state(u"s.qtz"_s), int(Qt::Unchecked));
+}
+
+TEST_F(EffectsPage, ADisplayThatCannotPlayHidesTheControls)
+{
+    add(u"a.qtz"_s);
+    windowServer.control().canPlayCompositions = false;
+    showEffects();
+    EXPECT_TRUE(pane->hideSillyEffects());
+    for (const char *name :
+         {"sillyEffectCheckbox", "includesBundledEffectsCheckbox", "effectsSplitter"})
+        EXPECT_FALSE(find<QWidget>(name)->isVisible()) << name;
+    EXPECT_TRUE(find<QWidget>("effectsUnavailableLabel")->isVisible());
+    postRefresh();
+    showPage(false);
+    windowServer.control().canPlayCompositions = true;
+    showPage();
+    EXPECT_TRUE(outline()->isVisible());
+    EXPECT_FALSE(find<QWidget>("effectsUnavailableLabel")->isVisible());
+    EXPECT_EQ(state(u"a.qtz"_s), int(Qt::Checked));
+}
+
+TEST_F(EffectsPage, SwitchesCompositionsAndGroups)
+{
+    const QString a = add(u"a.qtz"_s);
+    const QString b = add(u"b.qtz"_s);
+    addScreenSaver(u"s.qtz"_s);
+    store(statusKey, plist::Dictionary{{u"/elsewhere.qtz"_s, true}, {b, false}});
+    showEffects();
+    EXPECT_EQ(state(u"Application Support"_s), int(Qt::PartiallyChecked));
+    EXPECT_EQ(state(u"Screensavers"_s), int(Qt::Unchecked));
+
+    clickSwitch(u"Application Support"_s);
+    EXPECT_TRUE(choice(a) && choice(b));
+    EXPECT_EQ(state(u"b.qtz"_s), int(Qt::Checked));
+    EXPECT_EQ(state(u"Application Support"_s), int(Qt::Checked));
+    clickSwitch(u"a.qtz"_s);
+    EXPECT_FALSE(choice(a));
+    EXPECT_EQ(state(u"Application Support"_s), int(Qt::PartiallyChecked));
+    clickSwitch(u"s.qtz"_s);
+    EXPECT_EQ(state(u"Screensavers"_s), int(Qt::Checked));
+    EXPECT_TRUE(choice(u"/elsewhere.qtz"_s)) << "what others stored stays";
+
+    outline()->setFocus();
+    select(u"a.qtz"_s);
+    QTest::keyClick(outline(), Qt::Key_Space);
+    EXPECT_TRUE(choice(a));
+    QTest::keyClick(outline(), Qt::Key_Space);
+    EXPECT_FALSE(choice(a));
+
+    preferences.control().clearRecord();
+    pane->setObjectValue(true, u"com.varnit.tawl.title"_s, QUrl::fromLocalFile(a));
+    EXPECT_TRUE(preferences.control().writes().isEmpty()) << "names can't be edited";
+}
+
+TEST_F(EffectsPage, PreviewsTheSelectedComposition)
+{
+    add(u"rain.qtz"_s, compositionFile({{u"name"_s, u"Rain <b>"_s},
+                                        {u"copyright"_s, u"© <i>Somebody</i>"_s},
+                                        {u"description"_s, u"https://example.com/?a=1&b=\"2\""_s}},
+                                       {u"SelectedMenuItem"_s}));
+    add(u"plain.qtz"_s);
+    add(u"snow.qtz"_s, compositionFile({{u"description"_s, u"Falls\nslowly"_s}}));
+    showEffects();
+    EXPECT_TRUE(pane->preInstructionView()->isVisible());
+    select(u"Application Support"_s);
+    EXPECT_FALSE(pane->previewView()->isRendering());
+
+    select(u"rain.qtz"_s);
+    EXPECT_TRUE(pane->previewView()->isRendering());
+    EXPECT_FALSE(pane->preInstructionView()->isVisible());
+    EXPECT_EQ(pane->qcName()->text(), u"Rain <b>"_s);
+    EXPECT_EQ(pane->qcName()->textFormat(), Qt::PlainText);
+    EXPECT_EQ(pane->authorName()->text(), u"© <i>Somebody</i>"_s);
+    EXPECT_EQ(pane->authorName()->textFormat(), Qt::PlainText);
+
+    select(u"plain.qtz"_s);
+    EXPECT_EQ(pane->qcName()->text(), u"plain.qtz"_s);
+    EXPECT_EQ(pane->authorName()->text(), QString());
+    EXPECT_EQ(pane->urlField()->text(), QString());
+    EXPECT_EQ(pane->urlField()->toolTip(), QString());
+
+    select(u"snow.qtz"_s);
+    EXPECT_EQ(pane->urlField()->text(), u"Falls\nslowly"_s);
+    EXPECT_EQ(pane->urlField()->textFormat(), Qt::PlainText);
+    select(u"Application Support"_s);
+    EXPECT_TRUE(pane->previewView()->isRendering()) << "a group leaves the preview alone";
+}
+
+TEST_F(EffectsPage, OpensTheLink)
+{
+    const QString address = u"https://example.com/a?b=1&c=%22"_s;
+    add(u"rain.qtz"_s, compositionFile({{u"description"_s, address}}));
+    showEffects();
+    select(u"rain.qtz"_s);
+    EXPECT_EQ(pane->urlField()->textFormat(), Qt::RichText);
+    EXPECT_TRUE(pane->urlField()->text().contains(u">example.com</a>"_s));
+    EXPECT_TRUE(pane->urlField()->toolTip().contains(address.toHtmlEscaped()));
+    pane->urlField()->setFocus();
+    QTest::keyClick(pane->urlField(), Qt::Key_Tab);
+    pane->urlField()->setFocus();
+    QTest::mouseClick(pane->urlField(), Qt::LeftButton, {}, pane->urlField()->rect().center());
+    EXPECT_EQ(workspace.control().openedUrls, QList<QUrl>{QUrl(address)});
+}
+
+TEST_F(EffectsPage, KeepsTheLabelsForWhatIsNoComposition)
+{
+    add(u"good.qtz"_s, compositionFile({{u"name"_s, u"Good"_s}, {u"copyright"_s, u"Me"_s}}));
+    add(u"bad.qtz"_s, "what is this?");
+    home.addFile(path(u"gone.qtz"_s));
+    showEffects();
+    for (const QString &bad : {u"bad.qtz"_s, u"gone.qtz"_s}) {
+        select(u"good.qtz"_s);
+        EXPECT_TRUE(pane->previewView()->isRendering());
+        select(bad);
+        EXPECT_FALSE(pane->previewView()->isRendering());
+        EXPECT_EQ(pane->qcName()->text(), u"Good"_s);
+        EXPECT_EQ(pane->authorName()->text(), u"Me"_s);
+    }
+}
+
+TEST_F(EffectsPage, FollowsWhatOthersDo)
+{
+    const QString a = add(u"a.qtz"_s, compositionFile({{u"name"_s, u"A"_s}}));
+    add(u"b.qtz"_s);
+    addScreenSaver(u"s.qtz"_s);
+    showEffects();
+    select(u"b.qtz"_s);
+    outline()->collapse(cell(u"Screensavers"_s, 0));
+    store(statusKey, plist::Dictionary{{a, false}});
+    store(stopKey, false);
+    preferences.control().clearRecord();
+    postRefresh();
+    EXPECT_EQ(state(u"a.qtz"_s), int(Qt::Unchecked));
+    EXPECT_EQ(state(u"s.qtz"_s), int(Qt::Unchecked));
+    EXPECT_TRUE(find<QCheckBox>("sillyEffectCheckbox")->isChecked());
+    EXPECT_TRUE(preferences.control().writes().isEmpty()) << "a refresh is not answered";
+
+    // A new file, seen when the user comes back: rows move, but what is selected stays so.
+    const QString before = pane->qcName()->text();
+    add(u"aa.qtz"_s);
+    pane->hostDidBecomeActive();
+    EXPECT_EQ(state(u"aa.qtz"_s), int(Qt::Checked));
+    EXPECT_EQ(outline()->currentIndex().data().toString(), u"b.qtz"_s);
+    EXPECT_TRUE(outline()->selectionModel()->isSelected(cell(u"b.qtz"_s, 0)));
+    EXPECT_EQ(pane->qcName()->text(), before);
+    EXPECT_TRUE(outline()->isExpanded(cell(u"Application Support"_s, 0)));
+    EXPECT_FALSE(outline()->isExpanded(cell(u"Screensavers"_s, 0)));
+}
+
+TEST_F(EffectsPage, WithoutThePluginTheListStaysEmptyUntilItIsThere)
+{
+    add(u"a.qtz"_s);
+    const QString plugin = fileManager.resolve(u"~/Library/Hullforges"_s);
+    ASSERT_TRUE(QDir().rename(plugin, plugin + u" aside"_s));
+    const CapturedLog log;
+    showEffects();
+    const QString line = u"Cannot find the Tarnwell.zok bundle containing Silly Effect"_s;
+    EXPECT_EQ(log.containing(line).size(), 1);
+    EXPECT_EQ(outline()->model()->rowCount(), 0);
+    EXPECT_TRUE(stored(statusKey).isNull());
+    ASSERT_TRUE(QDir().rename(plugin + u" aside"_s, plugin));
+    pane->hostDidBecomeActive();
+    EXPECT_EQ(state(u"a.qtz"_s), int(Qt::Checked));
+    ASSERT_TRUE(QDir().rename(plugin, plugin + u" aside"_s));
+    pane->hostDidBecomeActive();
+    EXPECT_EQ(outline()->model()->rowCount(), 1) << "the bundle is found once";
+}
+
+} // namespace tarnwell::tests

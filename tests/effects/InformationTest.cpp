@@ -1,0 +1,142 @@
+#include "compositions/model/Composition.h"
+#include "compositions/model/Structure.h"
+#include "effects/EffectInformation.h"
+#include "effects/FramePacing.h"
+#include "effects/SampleMenu.h"
+#include "support/RowName.h"
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace tarnwell::effects {
+
+struct LinkRow
+{
+    const char *name;
+    QString description;
+    QString text;
+    bool isLink;
+    QString toolTip;
+};
+
+class Link : public testing::TestWithParam<LinkRow>
+{};
+
+TEST_P(Link, IsTheHostOfAWebAddressOrWhatTheAuthorWrote)
+{
+    const LinkRow &row = GetParam();
+    compositions::Composition composition;
+    composition.description = row.description;
+    const EffectInformation information = effectInformation(composition, u"file.qtz"_s);
+    EXPECT_EQ(information.linkText, row.text);
+    EXPECT_EQ(information.linkToolTip, row.toolTip);
+    EXPECT_EQ(information.link, row.isLink ? QUrl(row.description.trimmed()) : QUrl());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Descriptions, Link,
+    testing::Values(
+        LinkRow{"none", {}, {}, false, {}}, LinkRow{"blank", u" \n\t "_s, {}, false, {}},
+        LinkRow{"address", u"http://www.example.com/a?b=1#c"_s, u"www.example.com"_s, true,
+                u"http://www.example.com/a?b=1#c"_s},
+        LinkRow{"secure_with_port", u"https://user@example.com:8443"_s, u"example.com"_s, true,
+                u"https://user@example.com:8443"_s},
+        LinkRow{"line_end_after_it", u"http://example.com/\n"_s, u"example.com"_s, true,
+                u"http://example.com/"_s},
+        LinkRow{"international", u"http://bücher.de/"_s, u"bücher.de"_s, true,
+                u"http://bücher.de/"_s},
+        LinkRow{"no_host", u"mailto:me@example.com"_s, u"mailto:me@example.com"_s, false, {}},
+        LinkRow{"no_scheme", u"www.example.com"_s, u"www.example.com"_s, false, {}},
+        LinkRow{"empty_host", u"http:///path"_s, u"http:///path"_s, false, {}},
+        LinkRow{
+            "blank_within", u"http://example.com/a b"_s, u"http://example.com/a b"_s, false, {}},
+        LinkRow{"other_programs_are_not_started",
+                u"file://server/run.desktop"_s,
+                u"file://server/run.desktop"_s,
+                false,
+                {}},
+        LinkRow{"prose",
+                u"See http://example.com for <more>."_s,
+                u"See http://example.com for ."_s,
+                false,
+                {}},
+        LinkRow{"comparison", u"1 < 2 and 3 > 2"_s, u"1 < 2 and 3 > 2"_s, false, {}},
+        LinkRow{"page",
+                u"<img src=\"x\"/><h4>Title</h4><p>A &lt;b&gt; &amp;amp; more<br>end</p>"_s,
+                u"Title\nA <b> &amp; more\nend"_s,
+                false,
+                {}}),
+    tests::RowName());
+
+TEST(EffectInformation, NamesTheFileIfTheCompositionHasNoName)
+{
+    compositions::Composition composition;
+    EXPECT_EQ(effectInformation(composition, u"Rain.qtz"_s).name, u"Rain.qtz"_s);
+    EXPECT_EQ(effectInformation(composition, u"Rain.qtz"_s).author, QString());
+    composition.name = u"Gentle  Rain"_s;
+    composition.copyright = u"© 2007 Somebody\r\n\r\nAll rights reserved."_s;
+    EXPECT_EQ(effectInformation(composition, u"Rain.qtz"_s).name, u"Gentle Rain"_s);
+    EXPECT_EQ(effectInformation(composition, u"Rain.qtz"_s).author,
+              u"© 2007 Somebody\nAll rights reserved."_s);
+}
+
+TEST(EffectInformation, FitsIntoItsLabelsWhateverTheFileHolds)
+{
+    const QString text = u"word "_s.repeated(200'000);
+    const QString lines = u"line\n"_s.repeated(200'000);
+    for (const QString &much : {text, lines, u"http://example.com/"_s + u"x"_s.repeated(500'000),
+                                u"<b>"_s.repeated(300'000), u"<"_s.repeated(300'000)}) {
+        compositions::Composition composition;
+        composition.name = composition.copyright = composition.description = much;
+        const EffectInformation information = effectInformation(composition, {});
+        for (const QString &label : {information.name, information.author, information.linkText}) {
+            EXPECT_LE(label.size(), 240);
+            EXPECT_LE(label.count(u'\n'), 4);
+        }
+        EXPECT_LE(information.linkToolTip.size(), 2000);
+        EXPECT_TRUE(information.link.isEmpty());
+    }
+}
+
+TEST(SampleMenu, HasTheItemsThatThePluginWouldTell)
+{
+    const auto inputs = sampleMenuInputs();
+    ASSERT_EQ(inputs.size(), 2U);
+    EXPECT_EQ(inputs[0].first, u"SelectedMenuItem"_s);
+    EXPECT_EQ(inputs[0].second.toString(), u"SelectedMenuItem"_s);
+    EXPECT_EQ(inputs[1].first, u"MenuItems"_s);
+    const auto menu = inputs[1].second.toStructure();
+    ASSERT_TRUE(menu);
+    QStringList titles;
+    for (const compositions::Value &title : menu->members())
+        titles.append(title.toString());
+    EXPECT_EQ(titles.join(u'|'),
+              u"Undo|Redo|-|Cut|Copy|Paste|Paste and Match Style|Delete|Complete|Select All|-|"
+              "Insert|-|Find|Spelling and Grammar|Substitutions|Speech|-|Special Characters..."_s);
+}
+
+TEST(FramePacing, GivesWayToWhateverElseHasToBeDone)
+{
+    FramePacing pacing;
+    EXPECT_DOUBLE_EQ(pacing.interval(), 1.0 / 60.0);
+    pacing.frameTook(0.06);
+    EXPECT_DOUBLE_EQ(pacing.interval(), 1.0 / 60.0) << "the first frame tells little";
+    for (int i = 0; i < 30; ++i)
+        pacing.frameTook(0.05);
+    EXPECT_NEAR(pacing.interval(), 0.1, 0.001) << "half of the time is left to others";
+    for (int i = 0; i < 30; ++i)
+        pacing.frameTook(0.01);
+    EXPECT_DOUBLE_EQ(pacing.interval(), 1.0 / 60.0) << "and it catches up again";
+    pacing.frameTook(-1.0);
+    EXPECT_DOUBLE_EQ(pacing.interval(), 1.0 / 60.0);
+}
+
+TEST(FramePacing, LetsTimeStandStillWhereNobodyLooks)
+{
+    EXPECT_DOUBLE_EQ(FramePacing::timeStep(0.25), 0.25);
+    EXPECT_DOUBLE_EQ(FramePacing::timeStep(3600.0), 1.0);
+    EXPECT_DOUBLE_EQ(FramePacing::timeStep(-5.0), 0.0) << "the clock was set back";
+}
+
+} // namespace tarnwell::effects

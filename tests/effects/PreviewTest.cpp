@@ -1,0 +1,275 @@
+// The preview without a composition's frames being drawn: when they are asked for, and how they are
+// shown.
+
+#include "CompositionFiles.h"
+
+#include "effects/QCView.h"
+#include "fakes/FakeClock.h"
+#include "fakes/FakeTimers.h"
+#include "support/RowName.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QVBoxLayout>
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace tarnwell::tests {
+
+namespace {
+
+/// Makes frames when the test says so.
+class FakeSource final : public effects::FrameSource
+{
+public:
+    struct Control
+    {
+        effects::Performance performance; ///< that was started last
+        int starts = 0;
+        int stops = 0;
+        QList<compositions::FrameRequest> requests;
+        FakeSource *source = nullptr;
+
+        void answer(const QColor &color, double seconds) const
+        {
+            QImage picture(requests.constLast().pixels, QImage::Format_RGB32);
+            picture.fill(color);
+            Q_EMIT source->frameReady(picture, seconds);
+        }
+    };
+
+    explicit FakeSource(Control &control)
+        : m_control(control)
+    {
+        control.source = this;
+    }
+    void start(const effects::Performance &performance) override
+    {
+        m_control.performance = performance;
+        ++m_control.starts;
+    }
+    void stop() override { ++m_control.stops; }
+    void requestFrame(const compositions::FrameRequest &request) override
+    {
+        m_control.requests.append(request);
+    }
+
+private:
+    Control &m_control;
+};
+
+} // namespace
+
+class Preview : public testing::Test
+{
+protected:
+    QString write(const QByteArray &bytes)
+    {
+        QFile file(folder.filePath(u"%1.qtz"_s.arg(++files)));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+        return file.fileName();
+    }
+    void play(const QByteArray &bytes = compositionFile())
+    {
+        ASSERT_TRUE(view.loadCompositionFromFile(write(bytes)));
+        view.startRendering();
+    }
+    void show()
+    {
+        view.resize(80, 50);
+        view.show();
+        paint();
+    }
+    static void paint()
+    {
+        for (int round = 0; round < 5; ++round)
+            QApplication::processEvents();
+    }
+    void pass(double seconds)
+    {
+        clock.control().advance(seconds);
+        timers.control().advance(seconds);
+    }
+    qsizetype requests() const { return source.requests.size(); }
+
+    QTemporaryDir folder;
+    int files = 0;
+    FakeSource::Control source;
+    int sources = 0;
+    fakes::FakeClock clock;
+    fakes::FakeTimers timers;
+    effects::QCView view{clock, timers, [this] {
+                             ++sources;
+                             return std::make_unique<FakeSource>(source);
+                         }};
+};
+
+TEST_F(Preview, AsksForOneFrameAfterTheOther)
+{
+    show();
+    EXPECT_EQ(sources, 0) << "nothing is made before there is something to play";
+    play();
+    EXPECT_TRUE(view.isRendering());
+    paint();
+    pass(0.001);
+    ASSERT_EQ(requests(), 1);
+    EXPECT_EQ(source.requests[0].time, 0.0);
+    EXPECT_EQ(source.requests[0].pixels, QSize(80, 50));
+    EXPECT_DOUBLE_EQ(source.requests[0].systemTime, clock.absoluteTime());
+    pass(5.0);
+    EXPECT_EQ(requests(), 1) << "a slow frame is waited for";
+
+    source.answer(Qt::red, 0.002);
+    paint();
+    EXPECT_EQ(view.grab().toImage().pixelColor(40, 25), QColor(Qt::red));
+    pass(0.0);
+    ASSERT_EQ(requests(), 2);
+    source.answer(Qt::blue, 0.002);
+    paint();
+    pass(0.010);
+    EXPECT_EQ(requests(), 2) << "no more than sixty a second";
+    pass(0.010);
+    ASSERT_EQ(requests(), 3);
+    EXPECT_NEAR(source.requests[2].time - source.requests[1].time, 0.020, 1e-6);
+}
+
+TEST_F(Preview, DropsToALowerRateWhereFramesAreSlow)
+{
+    show();
+    play();
+    for (int frame = 0; frame < 20; ++frame) {
+        paint();
+        pass(10.0);
+        source.answer(Qt::red, 0.2);
+    }
+    paint();
+    ASSERT_EQ(timers.control().scheduledIntervals().size(), 1);
+    EXPECT_NEAR(timers.control().scheduledIntervals()[0], 0.4, 0.01);
+}
+
+TEST_F(Preview, StandsStillWhileNobodyCanSeeIt)
+{
+    struct Row
+    {
+        const char *name;
+        std::function<void(QWidget &window, QWidget &page)> leave;
+        std::function<void(QWidget &window, QWidget &page)> comeBack;
+    };
+    const Row rows[] = {
+        {"other page", [](QWidget &, QWidget &page) { page.hide(); },
+         [](QWidget &, QWidget &page) { page.show(); }},
+        {"hidden window", [](QWidget &window, QWidget &) { window.hide(); },
+         [](QWidget &window, QWidget &) { window.show(); }},
+        {"minimised",
+         [](QWidget &window, QWidget &) {
+             window.setWindowState(window.windowState() | Qt::WindowMinimized);
+         },
+         [](QWidget &window, QWidget &) {
+             window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
+             window.update();
+         }},
+    };
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        QWidget window;
+        auto *page = new QWidget(&window);
+        (new QVBoxLayout(&window))->addWidget(page);
+        auto *playing = new effects::QCView(
+            clock, timers, [this] { return std::make_unique<FakeSource>(source); }, page);
+        (new QVBoxLayout(page))->addWidget(playing);
+        window.resize(200, 200);
+        window.show();
+        ASSERT_TRUE(playing->loadCompositionFromFile(write(compositionFile())));
+        playing->startRendering();
+        paint();
+        source.requests.clear();
+        pass(0.02);
+        ASSERT_EQ(requests(), 1);
+        row.leave(window, *page);
+        paint();
+        source.answer(Qt::red, 0.001);
+        paint();
+        pass(3600.0);
+        EXPECT_EQ(requests(), 1);
+        EXPECT_TRUE(timers.control().scheduledIntervals().isEmpty()) << "nothing wakes it";
+        EXPECT_TRUE(playing->isRendering());
+
+        const double before = source.requests[0].time;
+        row.comeBack(window, *page);
+        paint();
+        playing->repaint();
+        pass(0.02);
+        ASSERT_EQ(requests(), 2);
+        EXPECT_LE(source.requests[1].time - before, 1.0) << "it goes on where it was";
+    }
+}
+
+TEST_F(Preview, StopsForWhatIsNoComposition)
+{
+    const QByteArray good = compositionFile();
+    struct Row
+    {
+        const char *name;
+        QByteArray bytes;
+    };
+    const Row rows[] = {
+        {"empty", {}},
+        {"random", QByteArray::fromHex("8f3a00ff17c2d9e4a1b05566")},
+        {"truncated", good.left(good.size() / 2)},
+        {"binary, truncated", "bplist00\xd1\x01\x02"},
+        {"another property list", plist::write(plist::Array{1, 2}, plist::Format::Xml)},
+        {"no root patch",
+         plist::write(plist::Dictionary{{u"name"_s, u"x"_s}}, plist::Format::Binary)},
+    };
+    show();
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        play(good);
+        EXPECT_FALSE(view.loadCompositionFromFile(write(row.bytes)));
+        EXPECT_FALSE(view.isRendering());
+        EXPECT_EQ(view.composition(), nullptr);
+        view.startRendering();
+        EXPECT_FALSE(view.isRendering()) << "there is nothing to play";
+    }
+    for (const QString &path : {u"/nowhere/at/all.qtz"_s, folder.path(), u"/dev/zero"_s}) {
+        play(good);
+        EXPECT_FALSE(view.loadCompositionFromFile(path));
+        EXPECT_FALSE(view.isRendering());
+    }
+    EXPECT_EQ(sources, 1);
+    EXPECT_EQ(source.starts, source.stops);
+}
+
+TEST_F(Preview, HandsOverTheInputs)
+{
+    show();
+    ASSERT_TRUE(view.loadCompositionFromFile(
+        write(compositionFile({{u"name"_s, u"Rain"_s}}, {u"MenuItems"_s, u"Speed"_s}))));
+    EXPECT_EQ(view.composition()->name, u"Rain"_s);
+    EXPECT_EQ(view.inputKeys(), (QStringList{u"MenuItems"_s, u"Speed"_s}));
+    view.setValue(compositions::Value(3.0), u"Speed"_s);
+    view.startRendering();
+    ASSERT_EQ(source.performance.inputs.size(), 1U);
+    EXPECT_EQ(source.performance.inputs[0].first, u"Speed"_s);
+    play();
+    EXPECT_TRUE(source.performance.inputs.empty()) << "they go with their composition";
+}
+
+TEST_F(Preview, GivesUpWhereNoFrameCanBeMade)
+{
+    show();
+    play();
+    paint();
+    pass(0.1);
+    ASSERT_EQ(requests(), 1);
+    Q_EMIT source.source->frameReady({}, 0.0);
+    paint();
+    pass(60.0);
+    EXPECT_EQ(requests(), 1);
+}
+
+} // namespace tarnwell::tests
