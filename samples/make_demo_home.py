@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Assembles the demo home: the plug-in bundle, applications and a preference domain.
+"""Assembles the demo home: the plug-in bundle, applications, compositions and a preference domain.
 
 The folder is made anew; one that is no demo home is left alone. Readable text below samples/home is
 copied as it stands (@HOME@ becomes the home's path), the rest is made from the tables in
@@ -12,7 +12,7 @@ import shutil
 import sys
 import time
 
-from demo import applications, domain, shortcuts
+from demo import applications, compositions, domain, shortcuts
 
 HERE = pathlib.Path(__file__).resolve().parent
 MARKER = ".tarnwell-demo"
@@ -55,6 +55,7 @@ def main():
     if arguments.updater:
         copy_updater(home, arguments.updater.resolve())
     applications.make_all(home)
+    compositions.copy_all(HERE / "compositions", home)
     try:
         table = shortcuts.parse((HERE / "demo/shortcuts.txt").read_text(encoding="utf-8"))
     except ValueError as error:

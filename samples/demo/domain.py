@@ -4,6 +4,8 @@ import datetime
 import pathlib
 import plistlib
 
+from . import compositions
+
 DOMAIN = "com.varnit.tarnwell"
 DAY = 86400
 
@@ -62,6 +64,7 @@ def values(home, shortcuts, now):
         "ExcludeListLastInternetCheck": now - 30 * DAY,
         "Jane, Stop This Crazy Thing": False,
         "IncludeBundledQTZs": True,
+        "SEQTZStatusList": compositions.status_list(home),
         "SUCheckForUpdates": True,
         "SUCheckInterval": 604800.0,
         "SULastCheckDate": datetime.datetime.utcfromtimestamp(now - 8 * DAY),
