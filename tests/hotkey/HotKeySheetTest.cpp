@@ -55,8 +55,10 @@ protected:
     }
 };
 
-TEST_F(HotKeySheet, TheDefaultIsStoredOnceAndShown)
+TEST_F(HotKeySheet, TheDefaultIsStoredOnceInPlaceOfNoneOrHalfAKey)
 {
+    store(u"MenuAccMods"_s, 1);
+    preferences.appSynchronize(prefs::pluginDomain);
     openPane();
     expectStored(0x2E, 6);
     EXPECT_EQ(shown(), u"⌃⌥⌘M"_s);
@@ -66,26 +68,7 @@ TEST_F(HotKeySheet, TheDefaultIsStoredOnceAndShown)
     EXPECT_TRUE(preferences.control().writes().isEmpty());
 }
 
-TEST_F(HotKeySheet, AHalfStoredPairIsReplaced)
-{
-    store(u"MenuAccMods"_s, 1);
-    preferences.appSynchronize(prefs::pluginDomain);
-    openPane();
-    expectStored(0x2E, 6);
-}
-
-TEST_F(HotKeySheet, AStoredKeyIsShownAsTheLayoutHasItNow)
-{
-    store(u"MenuAccKeyCode"_s, 0x29);
-    store(u"MenuAccMods"_s, 8 | 4);
-    openPane();
-    EXPECT_EQ(shown(), u"⌃;"_s);
-    keyboard.useBoard(u"xkb:fr"_s, {{0x29, u"m"_s}});
-    EXPECT_EQ(shown(), u"⌃M"_s);
-    expectStored(0x29, 12);
-}
-
-TEST_F(HotKeySheet, WithoutAKeyForItTheDefaultIsNotStored)
+TEST_F(HotKeySheet, WithoutAKeyForItTheDefaultWaitsForALayoutThatHasOne)
 {
     for (const bool isOddBoard : {true, false}) {
         if (isOddBoard)
@@ -98,71 +81,39 @@ TEST_F(HotKeySheet, WithoutAKeyForItTheDefaultIsNotStored)
         EXPECT_EQ(log.containing(u"Could not set the default hotkey for Menu Accelerator"_s).size(),
                   1);
         EXPECT_EQ(shown(), u""_s);
+        if (!isOddBoard)
+            break;
         TearDown();
     }
-}
-
-TEST_F(HotKeySheet, ALayoutThatArrivesLateBringsTheDefault)
-{
-    keyboard.useNoLayout();
-    openPane();
     keyboard.useBoard(u"xkb:us"_s);
     expectStored(0x2E, 6);
     EXPECT_EQ(shown(), u"⌃⌥⌘M"_s);
 }
 
-TEST_F(HotKeySheet, TakesTheLastKeyAndStoresItWhenConfirmed)
+TEST_F(HotKeySheet, TheLastKeyIsStoredWheneverTheSheetIsConfirmed)
 {
     showPane();
+    preferences.control().clearRecord();
     openSheet();
-    EXPECT_EQ(fieldText(), u"⌃⌥⌘M"_s);
+    pressButton(u"hotkeyOkButton"_s);
+    EXPECT_TRUE(preferences.control().writes().isEmpty()) << "no key was pressed yet";
+
+    openSheet();
     press(Qt::Key_A, Qt::ControlModifier);
     press(Qt::Key_K, Qt::ControlModifier | Qt::ShiftModifier);
     EXPECT_EQ(fieldText(), u"⇧⌃K"_s);
-    expectStored(0x2E, 6);
-    EXPECT_EQ(shown(), u"⌃⌥⌘M"_s);
-    pressButton(u"hotkeyOkButton"_s);
-    expectStored(0x28, 13);
-    EXPECT_EQ(shown(), u"⇧⌃K"_s);
-    EXPECT_EQ(pane->menuAccHotKey()->accessibleName(), u"Shift Control K"_s);
-    EXPECT_FALSE(pane->hotkeySheet()->isVisible());
-    EXPECT_TRUE(distributedCenter.control().posted().isEmpty());
-}
-
-TEST_F(HotKeySheet, CancellingLeavesAllAsItWas)
-{
-    showPane();
-    preferences.control().clearRecord();
-    openSheet();
-    press(Qt::Key_A, Qt::ControlModifier);
-    pressButton(u"hotkeyCancelButton"_s);
-    EXPECT_EQ(shown(), u"⌃⌥⌘M"_s);
     EXPECT_TRUE(preferences.control().writes().isEmpty());
+    pressButton(u"hotkeyCancelButton"_s);
+    EXPECT_TRUE(preferences.control().writes().isEmpty());
+    EXPECT_EQ(shown(), u"⌃⌥⌘M"_s);
+
     openSheet();
     EXPECT_EQ(fieldText(), u"⌃⌥⌘M"_s);
-}
-
-TEST_F(HotKeySheet, ConfirmingWithoutAKeyStoresNothingAtFirst)
-{
-    showPane();
-    preferences.control().clearRecord();
-    openSheet();
     pressButton(u"hotkeyOkButton"_s);
-    EXPECT_TRUE(preferences.control().writes().isEmpty());
-}
-
-TEST_F(HotKeySheet, ConfirmingAgainStoresTheEarlierKeyAgain)
-{
-    showPane();
-    openSheet();
-    press(Qt::Key_A, Qt::ControlModifier);
-    pressButton(u"hotkeyOkButton"_s);
-    store(u"MenuAccKeyCode"_s, 0x2E);
-    preferences.appSynchronize(prefs::pluginDomain);
-    openSheet();
-    EXPECT_EQ(fieldText(), u"⌃M"_s);
-    pressButton(u"hotkeyOkButton"_s);
-    expectStored(0x00, 12);
+    expectStored(0x28, 13);
+    EXPECT_EQ(shown(), u"⇧⌃K"_s) << "the key of the earlier sheet";
+    EXPECT_FALSE(pane->hotkeySheet()->isVisible());
+    EXPECT_TRUE(distributedCenter.control().posted().isEmpty());
 }
 
 TEST_F(HotKeySheet, TellsInWordsWhatWasTakenAndWhyAKeyWasNot)
@@ -232,18 +183,11 @@ TEST_F(HotKeySheet, NothingElseIsSetOffByAKeyThatItTakes)
     EXPECT_EQ(clicks.count(), 1);
 }
 
-TEST_F(HotKeySheet, TabWalksAndAButtonWithTheFocusStillTakesKeys)
+TEST_F(HotKeySheet, AButtonWithTheFocusTakesKeysButTheSpaceBar)
 {
     showPane();
     openSheet();
     auto *ok = pane->hotkeySheet()->findChild<QPushButton *>(u"hotkeyOkButton"_s);
-    EXPECT_EQ(pane->hotkeySheet()->focusWidget(), pane->hotKeyField());
-    press(Qt::Key_Tab);
-    EXPECT_EQ(pane->hotkeySheet()->focusWidget(), ok);
-    press(Qt::Key_Backtab, Qt::ShiftModifier);
-    EXPECT_EQ(pane->hotkeySheet()->focusWidget(), pane->hotKeyField());
-    EXPECT_EQ(pane->hotkeySheet()->hotKeyEvent(), std::nullopt);
-
     press(Qt::Key_Tab);
     press(Qt::Key_A, Qt::AltModifier);
     EXPECT_EQ(fieldText(), u"⌥A"_s);
@@ -272,20 +216,6 @@ TEST_F(HotKeySheet, AKeyHeldDownIsTakenOnce)
     EXPECT_EQ(fieldText(), u"⌃⇥"_s);
     EXPECT_EQ(pane->hotkeySheet()->focusWidget(), pane->hotKeyField());
     EXPECT_TRUE(sheetsControl.isOpen(pane->hotkeySheet()));
-}
-
-TEST_F(HotKeySheet, FollowsTheLayoutWhileItIsUp)
-{
-    showPane();
-    openSheet();
-    keyboard.useBoard(u"xkb:odd"_s, {{0x2E, u"ß"_s}, {0x00, u"q"_s}, {0x0C, u"a"_s}});
-    EXPECT_EQ(fieldText(), u"⌃⌥⌘SS"_s);
-    press(Qt::Key_Q, Qt::ControlModifier);
-    EXPECT_EQ(fieldText(), u"⌃Q"_s);
-    keyboard.useBoard(u"xkb:us"_s);
-    EXPECT_EQ(fieldText(), u"⌃A"_s);
-    EXPECT_EQ(hint(), u"Control A"_s);
-    EXPECT_EQ(shown(), u"⌃⌥⌘M"_s);
 }
 
 TEST_F(HotKeySheet, NamesWhoHoldsTheCombinationAndTakesItAllTheSame)
@@ -324,28 +254,6 @@ TEST_F(HotKeySheet, GrowsWithWhatItSays)
     QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
     EXPECT_GE(pane->hotkeyHint()->height(),
               pane->hotkeyHint()->heightForWidth(pane->hotkeyHint()->width()));
-}
-
-TEST_F(HotKeySheet, SaysWhenTheKeyCouldNotBeStored)
-{
-    showPane();
-    openSheet();
-    press(Qt::Key_A, Qt::ControlModifier);
-    preferences.control().setSynchronizeFails(true);
-    pressButton(u"hotkeyOkButton"_s);
-    ASSERT_EQ(sheetsControl.alerts().size(), 1);
-    EXPECT_EQ(sheetsControl.alerts().first().alert.title, u"The hot key could not be stored"_s);
-    expectStored(0x2E, 6);
-    EXPECT_FALSE(pane->hotkeySheet()->isVisible());
-}
-
-TEST_F(HotKeySheet, OldInterfacesGetNoHotKey)
-{
-    systemFacts.control().gestalt[ports::fourCharacterCode("sysv")] = 0x1039;
-    openPane();
-    keyboard.useBoard(u"xkb:fr"_s);
-    EXPECT_EQ(shown(), u"10.4+ Only"_s);
-    expectStored({}, {});
 }
 
 } // namespace tarnwell::tests

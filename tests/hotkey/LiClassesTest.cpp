@@ -40,6 +40,7 @@ TEST(LiWindow, SharesThePaneOrBorrowsIt)
     Pane borrowed(nullptr, keyboard.port());
     {
         LiWindow window;
+        EXPECT_FALSE(window.performKeyEquivalent({0x2E, controlFlag})) << "no pane yet";
         window.setPrefpane(shared);
         shared.reset();
         EXPECT_FALSE(watched.expired()) << "the window keeps it";
@@ -49,25 +50,6 @@ TEST(LiWindow, SharesThePaneOrBorrowsIt)
         EXPECT_EQ(window.prefPane(), &borrowed);
     }
     EXPECT_EQ(borrowed.hotKeyField(), nullptr) << "the window's end leaves it alone";
-}
-
-TEST(LiWindow, ChangesNothingForAKeyThatIsRefused)
-{
-    fakes::FakeKeyboardLayouts keyboard;
-    LiTextField field;
-    field.setText(u"⌃⌥⌘M"_s);
-    LiWindow window;
-    EXPECT_FALSE(window.performKeyEquivalent({0x2E, controlFlag})) << "no pane yet";
-    window.setPrefpane(std::make_shared<Pane>(&field, keyboard.port()));
-
-    ASSERT_TRUE(window.performKeyEquivalent({0x00, commandFlag}));
-    EXPECT_EQ(field.text(), u"⌘A"_s);
-    EXPECT_EQ(window.hotKeyEvent(), (KeyEvent{0x00, commandFlag}));
-    EXPECT_FALSE(window.performKeyEquivalent({0x2E, shiftFlag}));
-    keyboard.useNoLayout();
-    EXPECT_FALSE(window.performKeyEquivalent({0x2E, controlFlag}));
-    EXPECT_EQ(field.text(), u"⌘A"_s);
-    EXPECT_EQ(window.hotKeyEvent(), (KeyEvent{0x00, commandFlag}));
 }
 
 TEST(LiTextFieldCell, GreetsAndUsesTheEditorOfEveryField)
