@@ -3,6 +3,7 @@
 
 #include "compositions/evaluator/Evaluator.h"
 #include "compositions/evaluator/PatchDefinition.h"
+#include "compositions/filters/FilterTable.h"
 
 #include <QCoreApplication>
 
@@ -65,9 +66,24 @@ QString somePort(Bytes &bytes, std::span<const PortDefinition> ports)
     if (!ports.empty() && choice % 4 != 0) {
         return ports[size_t(choice) % ports.size()].key;
     }
-    const char *const others[] = {"operand_1", "source_0", "source_1", "a", "_time",
-                                  "_enable",   "output",   "input",    "n", "Initial_n"};
-    return QString::fromLatin1(others[choice % 10]);
+    const char *const others[] = {"operand_1",
+                                  "source_0",
+                                  "source_1",
+                                  "a",
+                                  "_time",
+                                  "_enable",
+                                  "output",
+                                  "input",
+                                  "n",
+                                  "Initial_n",
+                                  "inputImage",
+                                  "inputBackgroundImage",
+                                  "inputRadius",
+                                  "inputRectangle_X",
+                                  "inputTransform_ScaleX",
+                                  "inputTransform_Rotate",
+                                  "image"};
+    return QString::fromLatin1(others[size_t(choice) % std::size(others)]);
 }
 
 NodeDescription someNode(Bytes &bytes, int index, int depth);
@@ -103,12 +119,19 @@ NodeDescription someNode(Bytes &bytes, int index, int depth)
     NodeDescription node;
     node.className = definition.className;
     node.key = QString::number(index);
+    if (definition.className == QLatin1StringView("QCImageFilter")) {
+        const auto filters = allFilters();
+        node.identifier = filters[size_t(bytes.take()) % filters.size()].name;
+    }
     node.timeBase = TimeBase(bytes.take() % 3);
     node.settings =
         Dictionary{{QStringLiteral("expression"), QStringLiteral("a*2+n")},
                    {QStringLiteral("format"), QStringLiteral("%@ 0.0 %@")},
                    {QStringLiteral("script"),
                     QStringLiteral("function (__number n) main (__number a) { return { n: a }; }")},
+                   {QStringLiteral("sourceCode"),
+                    QStringLiteral("kernel vec4 k(sampler image, float a, vec2 n)"
+                                   "{ return sample(image, destCoord() + n) * a; }")},
                    {QStringLiteral("operationCount"), bytes.take() % 4},
                    {QStringLiteral("inputCount"), bytes.take() % 4},
                    {QStringLiteral("outputCount"), bytes.take() % 4}};

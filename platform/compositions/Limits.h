@@ -33,6 +33,15 @@ inline constexpr int scriptMilliseconds = 50;
 /// Characters of one script.
 inline constexpr int scriptLength = 1'000'000;
 
+/// Characters of one image kernel.
+inline constexpr int kernelLength = 65'536;
+/// Kernels that one composition can have compiled.
+inline constexpr int kernels = 64;
+/// Patterns without end that are computed from each other.
+inline constexpr int patternDepth = 8;
+/// Turns of loops that the kernels of all pixels of one image may take together.
+inline constexpr qint64 kernelSteps = 64'000'000;
+
 /// Characters of one string.
 inline constexpr int stringLength = 1'000'000;
 /// Members of one structure, those of its members included.

@@ -288,7 +288,8 @@ TEST(Evaluator, PassesImagesThroughUnknownClasses)
         .connect(u"F.outputImage"_s, u"D.inputImage"_s)
         .output(u"out"_s, u"D.outputPixelsWide"_s);
     Evaluator evaluator(root.read());
-    EXPECT_EQ(outputAt(evaluator, 0.0), 1.0);
+    // The image is a colour without end, which counts as wide as the destination.
+    EXPECT_EQ(outputAt(evaluator, 0.0), 640.0);
 }
 
 TEST(Evaluator, IsTheSameInEveryRun)

@@ -33,9 +33,10 @@ Color product(const Color &a, const Color &b)
 
 } // namespace
 
-void Canvas::begin(QSize pixels)
+void Canvas::begin(QSize pixels, PatternPainter painter)
 {
     m_frame = {};
+    m_paintPattern = std::move(painter);
     m_open.clear();
     m_model = QMatrix4x4();
     m_projection = projection(pixels);
@@ -101,6 +102,12 @@ void Canvas::draw(DrawCommand command)
                 command.color = product(command.color, (*image)->color());
             }
             image->reset();
+        } else if (*image && (*image)->kind() == Image::Kind::Endless) {
+            *image =
+                m_paintPattern ? m_paintPattern(*image, QRect(QPoint(0, 0), pixels())) : ImageRef();
+            if (!*image) {
+                return;
+            }
         }
     }
     if (!m_open.back().hasDepth) {
@@ -109,6 +116,18 @@ void Canvas::draw(DrawCommand command)
     --m_commandsLeft;
     m_verticesLeft -= vertices;
     m_open.back().target.commands.emplace_back(std::move(command));
+}
+
+bool Canvas::compute(const ImageRef &image, KernelCommand command)
+{
+    if (m_commandsLeft <= 0) {
+        return false;
+    }
+    --m_commandsLeft;
+    RenderTarget target{.image = image, .pixels = image->pixelSize(), .commands = {}};
+    target.commands.emplace_back(std::move(command));
+    m_frame.targets.push_back(std::move(target));
+    return true;
 }
 
 } // namespace tarnwell::compositions

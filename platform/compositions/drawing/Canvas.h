@@ -2,6 +2,8 @@
 
 #include "compositions/drawing/Frame.h"
 
+#include <functional>
+
 namespace tarnwell::compositions {
 
 /// Where consumers put what they want drawn: a stack of render targets, with the transformation
@@ -9,8 +11,11 @@ namespace tarnwell::compositions {
 class Canvas
 {
 public:
+    /// Makes pixels of a pattern without end, for a rectangle of its plane.
+    using PatternPainter = std::function<ImageRef(const ImageRef &, const QRect &)>;
+
     /// Starts a frame on a destination of so many pixels.
-    void begin(QSize pixels);
+    void begin(QSize pixels, PatternPainter painter = {});
     /// Ends it. Targets that a limit cut short are complete as far as they go.
     Frame finish();
 
@@ -29,6 +34,8 @@ public:
     /// Takes what would be visible at all: neither an endless number nor nothing to see. A constant
     /// image becomes part of the colour.
     void draw(DrawCommand command);
+    /// Computes an image before whatever is being drawn now. False when nothing is left for it.
+    bool compute(const ImageRef &image, KernelCommand command);
 
 private:
     struct Open
@@ -40,6 +47,7 @@ private:
     };
 
     Frame m_frame;
+    PatternPainter m_paintPattern;
     std::vector<Open> m_open;
     QMatrix4x4 m_model;
     QMatrix4x4 m_projection;

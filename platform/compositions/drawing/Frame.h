@@ -3,6 +3,7 @@
 #include "compositions/model/Value.h"
 
 #include <QMatrix4x4>
+#include <QPoint>
 #include <QSize>
 
 #include <array>
@@ -11,6 +12,8 @@
 #include <vector>
 
 namespace tarnwell::compositions {
+
+class Kernel;
 
 /// How what is drawn joins what is there. The numbers are those of files.
 enum class Blending : quint8 { Replace, Over, Add, Alpha };
@@ -54,7 +57,17 @@ struct DrawCommand
     float lineWidth = 1.0F; ///< in pixels
 };
 
-using Command = std::variant<ClearCommand, DrawCommand>;
+/// Computes every pixel of a target, which starts at a place in the plane of its images: their
+/// lower left corners need not meet.
+struct KernelCommand
+{
+    std::shared_ptr<const Kernel> kernel;
+    std::vector<ImageRef> images; ///< in the order of the samplers; null for a transparent one
+    std::vector<std::array<float, 4>> arguments; ///< of all arguments, those of samplers unused
+    QPoint origin;
+};
+
+using Command = std::variant<ClearCommand, DrawCommand, KernelCommand>;
 
 /// Something to draw into: an image, or the destination of the frame. Each starts out transparent,
 /// with nothing in its depth buffer.

@@ -137,6 +137,12 @@ const std::shared_ptr<ImageBudget> &Context::imageBudget() const
     return m_evaluator.m_imageBudget;
 }
 
+ImageRef Context::computeImage(const ImageRecipe &recipe, const QRect &extent,
+                               Image::Outside outside)
+{
+    return m_evaluator.computeImage(recipe, extent, outside);
+}
+
 ScriptHost &Context::scripts() const
 {
     return *m_evaluator.m_scripts;

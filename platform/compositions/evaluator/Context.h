@@ -1,6 +1,6 @@
 #pragma once
 
-#include "compositions/model/Value.h"
+#include "compositions/model/Image.h"
 
 #include <QLocale>
 #include <QSize>
@@ -9,7 +9,6 @@
 namespace tarnwell::compositions {
 
 class Evaluator;
-class ImageBudget;
 class ScriptHost;
 struct Node;
 struct NodeDescription;
@@ -71,6 +70,10 @@ public:
     const QLocale &locale() const;
     const QTimeZone &timeZone() const;
     const std::shared_ptr<ImageBudget> &imageBudget() const;
+    /// Has the pixels of a rectangle computed in this frame, before anything that shows them. Null
+    /// when the rectangle is empty or a limit forbids it.
+    ImageRef computeImage(const ImageRecipe &recipe, const QRect &extent,
+                          Image::Outside outside = Image::Outside::Nothing);
     ScriptHost &scripts() const;
 
 private:

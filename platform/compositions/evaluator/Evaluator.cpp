@@ -88,7 +88,9 @@ Frame Evaluator::evaluate(const FrameRequest &request)
     for (Scope &scope : m_scopes) {
         scope = {.stamp = ++m_serial, .passId = 0, .pass = {}};
     }
-    m_canvas.begin(m_request.pixels);
+    m_canvas.begin(m_request.pixels, [this](const ImageRef &pattern, const QRect &area) {
+        return computeImage(pattern->recipe(), area, Image::Outside::NearestPixel);
+    });
     if (node(0).macro) {
         drawChildren(0);
     }
@@ -187,6 +189,33 @@ bool Evaluator::charge(qint64 work)
 {
     m_evaluationsLeft -= std::clamp<qint64>(work, 0, limits::evaluations);
     return m_evaluationsLeft > 0;
+}
+
+/// Patterns without end among the images get pixels where the kernel is going to look.
+ImageRef Evaluator::computeImage(const ImageRecipe &recipe, const QRect &extent,
+                                 Image::Outside outside)
+{
+    constexpr qint64 pixelsPerRun = 32;
+    constexpr qint64 leastRuns = 100;
+    const QRect area = coveringPixels(extent);
+    if (area.isEmpty() ||
+        !charge(leastRuns + qint64(area.width()) * area.height() / pixelsPerRun)) {
+        return {};
+    }
+    KernelCommand command{.kernel = recipe.kernel,
+                          .images = recipe.images,
+                          .arguments = recipe.arguments,
+                          .origin = area.topLeft()};
+    for (ImageRef &image : command.images) {
+        if (image && image->kind() == Image::Kind::Endless) {
+            const int margin = recipe.margin;
+            const QRect needed = coveringPixels(recipe.toImages.mapRect(QRectF(area)))
+                                     .adjusted(-margin, -margin, margin, margin);
+            image = computeImage(image->recipe(), needed, Image::Outside::NearestPixel);
+        }
+    }
+    const ImageRef result = Image::rendered(area, outside, m_imageBudget);
+    return result && m_canvas.compute(result, std::move(command)) ? result : ImageRef();
 }
 
 } // namespace tarnwell::compositions

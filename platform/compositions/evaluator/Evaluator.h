@@ -3,13 +3,13 @@
 #include "compositions/drawing/Canvas.h"
 #include "compositions/evaluator/Context.h"
 #include "compositions/evaluator/Network.h"
+#include "compositions/model/Image.h"
 
 #include <QLocale>
 #include <QTimeZone>
 
 namespace tarnwell::compositions {
 
-class ImageBudget;
 class ScriptHost;
 
 /// What does not change while a composition runs.
@@ -100,6 +100,7 @@ private:
     void iterate(int index);
     void renderInImage(int index);
     void passThrough(int index);
+    ImageRef computeImage(const ImageRecipe &recipe, const QRect &extent, Image::Outside outside);
     void pullOutputs();
     void captureFeedback();
     bool takeIteration();

@@ -75,6 +75,10 @@ private:
         Node &node = m_network.nodes.back();
         node.description = &description;
         node.definition = findPatchDefinition(description.className);
+        if (node.definition != nullptr && node.definition->supports != nullptr &&
+            !node.definition->supports(description)) {
+            node.definition = nullptr;
+        }
         node.parent = place.parent;
         node.scope = place.scope;
         node.destination = place.destination;

@@ -107,6 +107,8 @@ struct PatchDefinition
     void (*surround)(Context &, Canvas &, const std::function<void()> &) = nullptr;
 
     void (*addPorts)(const NodeDescription &, PortList &) = nullptr;
+    /// Of a class with variants that are not all supported.
+    bool (*supports)(const NodeDescription &) = nullptr;
     /// Of a class that needs only one of many inputs: which one besides the first.
     int (*selectInput)(Context &) = nullptr;
 };

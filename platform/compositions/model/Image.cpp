@@ -5,6 +5,8 @@
 #include <QBuffer>
 #include <QImageReader>
 
+#include <algorithm>
+
 namespace tarnwell::compositions {
 
 namespace {
@@ -64,12 +66,17 @@ ImageRef Image::fromBitmap(const QImage &bitmap, const std::shared_ptr<ImageBudg
     return image->m_bitmap.isNull() ? ImageRef{} : image;
 }
 
-ImageRef Image::rendered(QSize pixels, const std::shared_ptr<ImageBudget> &budget)
+ImageRef Image::rendered(const QRect &extent, Outside outside,
+                         const std::shared_ptr<ImageBudget> &budget)
 {
-    if (!isAllowed(pixels) || !budget->take(bytesOf(pixels))) {
+    if (!isAllowed(extent.size()) || !budget->take(bytesOf(extent.size()))) {
         return {};
     }
-    return std::make_shared<Image>(Token{}, Kind::Rendered, pixels, budget, bytesOf(pixels));
+    auto image = std::make_shared<Image>(Token{}, Kind::Rendered, extent.size(), budget,
+                                         bytesOf(extent.size()));
+    image->m_origin = extent.topLeft();
+    image->m_outside = outside;
+    return image;
 }
 
 ImageRef Image::constant(const Color &color)
@@ -77,6 +84,37 @@ ImageRef Image::constant(const Color &color)
     auto image = std::make_shared<Image>(Token{}, Kind::Constant, QSize(1, 1), nullptr, 0);
     image->m_color = color;
     return image;
+}
+
+int ImageRecipe::depth() const
+{
+    int deepest = 0;
+    for (const ImageRef &image : images) {
+        deepest = std::max(
+            deepest, image && image->kind() == Image::Kind::Endless ? image->recipe().depth() : 0);
+    }
+    return deepest + 1;
+}
+
+ImageRef Image::endless(ImageRecipe recipe)
+{
+    if (recipe.depth() > limits::patternDepth) {
+        return {};
+    }
+    auto image = std::make_shared<Image>(Token{}, Kind::Endless, QSize(1, 1), nullptr, 0);
+    image->m_recipe = std::move(recipe);
+    return image;
+}
+
+QRect coveringPixels(const QRectF &rectangle)
+{
+    constexpr double most = limits::imageSide;
+    const auto bounded = [most](double number) {
+        return number > -most ? std::min(number, most) : -most;
+    };
+    const QPointF from(bounded(rectangle.left()), bounded(rectangle.top()));
+    const QPointF to(bounded(rectangle.right()), bounded(rectangle.bottom()));
+    return QRectF(from, to).toAlignedRect();
 }
 
 std::vector<ImageRef> decodeImages(const QByteArray &file, bool all,

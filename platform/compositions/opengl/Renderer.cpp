@@ -69,6 +69,7 @@ bool Renderer::initialize(QString *error)
 void Renderer::release()
 {
     m_textures.clear();
+    m_kernels.clear();
     glDeleteProgram(m_program);
     glDeleteVertexArrays(1, &m_vertexArray);
     glDeleteBuffers(1, &m_buffer);
@@ -79,6 +80,7 @@ void Renderer::release()
 void Renderer::draw(const Frame &frame, unsigned framebuffer, QSize pixels)
 {
     m_textures.collect();
+    m_kernels.collect();
     glUseProgram(m_program);
     glBindVertexArray(m_vertexArray);
     glBindBuffer(GL_ARRAY_BUFFER, m_buffer);
@@ -119,6 +121,8 @@ void Renderer::drawTarget(const RenderTarget &target, QSize pixels)
     for (const Command &command : target.commands) {
         if (const auto *clear = std::get_if<ClearCommand>(&command)) {
             apply(*clear);
+        } else if (const auto *kernel = std::get_if<KernelCommand>(&command)) {
+            apply(*kernel, pixels);
         } else {
             apply(std::get<DrawCommand>(command), pixels);
         }
@@ -161,6 +165,13 @@ void Renderer::apply(const DrawCommand &command, QSize pixels)
     glDrawArrays(command.mesh->primitive == Primitive::TriangleStrip ? GL_TRIANGLE_STRIP
                                                                      : GL_TRIANGLES,
                  0, int(command.mesh->vertices.size()));
+}
+
+void Renderer::apply(const KernelCommand &command, QSize pixels)
+{
+    m_kernels.compute(command, pixels, m_textures);
+    glUseProgram(m_program);
+    glBindVertexArray(m_vertexArray);
 }
 
 void Renderer::setState(const DrawCommand &command)

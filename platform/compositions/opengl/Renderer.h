@@ -1,6 +1,7 @@
 #pragma once
 
 #include "compositions/drawing/Frame.h"
+#include "compositions/opengl/KernelPrograms.h"
 #include "compositions/opengl/TextureCache.h"
 
 #include <QString>
@@ -32,6 +33,7 @@ private:
     void drawTarget(const RenderTarget &target, QSize pixels);
     void apply(const ClearCommand &command);
     void apply(const DrawCommand &command, QSize pixels);
+    void apply(const KernelCommand &command, QSize pixels);
     void setState(const DrawCommand &command);
     /// False when the image has nothing to show.
     bool bindImage(const ImageRef &image, unsigned unit, int hasUniform, int flipUniform);
@@ -39,6 +41,7 @@ private:
     int uploadLines(const DrawCommand &command, QSize pixels);
 
     TextureCache m_textures;
+    KernelPrograms m_kernels;
     unsigned m_program = 0;
     unsigned m_vertexArray = 0;
     unsigned m_buffer = 0;

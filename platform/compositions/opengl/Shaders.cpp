@@ -66,7 +66,7 @@ QByteArray header()
                : QByteArray("#version 330 core\n");
 }
 
-unsigned compile(unsigned type, const char *source, QString *error)
+unsigned compile(unsigned type, const QByteArray &source, QString *error)
 {
     const QByteArray text = header() + source;
     const char *pointer = text.constData();
@@ -91,14 +91,20 @@ unsigned compile(unsigned type, const char *source, QString *error)
 
 unsigned buildProgram(QString *error)
 {
+    return buildProgram(vertexShader, fragmentShader, error);
+}
+
+unsigned buildProgram(const QByteArray &vertexSource, const QByteArray &fragmentSource,
+                      QString *error)
+{
     if (glGetString(GL_VERSION) == nullptr) {
         if (error != nullptr) {
             *error = u"there is no OpenGL context"_s;
         }
         return 0;
     }
-    const unsigned vertex = compile(GL_VERTEX_SHADER, vertexShader, error);
-    const unsigned fragment = vertex != 0 ? compile(GL_FRAGMENT_SHADER, fragmentShader, error) : 0;
+    const unsigned vertex = compile(GL_VERTEX_SHADER, vertexSource, error);
+    const unsigned fragment = vertex != 0 ? compile(GL_FRAGMENT_SHADER, fragmentSource, error) : 0;
     if (fragment == 0) {
         glDeleteShader(vertex);
         return 0;

@@ -9,7 +9,7 @@ namespace tarnwell::compositions {
 namespace {
 
 /// Spare targets beyond that are more likely never used again.
-constexpr size_t mostSpareTargets = 4;
+constexpr size_t mostSpareTargets = 12;
 
 void setUpTexture()
 {

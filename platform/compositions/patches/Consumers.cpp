@@ -70,7 +70,9 @@ void drawBillboard(Context &context, Canvas &canvas)
         return;
     }
     const double unit = unitsPerPixel(canvas.pixels());
-    const QSizeF size = billboardSize(context, image->pixelSize(), unit);
+    // What has no end is shown as far as the destination reaches.
+    const QSizeF size =
+        billboardSize(context, image->isEndless() ? canvas.pixels() : image->pixelSize(), unit);
     double x = context.number(BillboardX);
     double y = context.number(BillboardY);
     const double rotation = context.number(BillboardRotation);

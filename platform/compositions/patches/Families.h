@@ -10,6 +10,7 @@ std::span<const PatchDefinition> numericPatches();
 std::span<const PatchDefinition> logicPatches();
 std::span<const PatchDefinition> colorPatches();
 std::span<const PatchDefinition> imagePatches();
+std::span<const PatchDefinition> imageFilterPatches();
 std::span<const PatchDefinition> textPatches();
 std::span<const PatchDefinition> structurePatches();
 std::span<const PatchDefinition> generatorPatches();

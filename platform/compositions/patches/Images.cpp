@@ -41,7 +41,9 @@ public:
 void imageDimensions(Context &context)
 {
     const ImageRef image = context.image(0);
-    const QSize size = image ? image->pixelSize() : QSize(0, 0);
+    const QSize size = !image               ? QSize(0, 0)
+                       : image->isEndless() ? context.destination()
+                                            : image->pixelSize();
     const double unit = unitsPerPixel(context.destination());
     context.set(0, Value::index(size.width()));
     context.set(1, Value::index(size.height()));
