@@ -189,5 +189,21 @@ TEST(DemultiplexerPatch, KeepsOrResetsTheOthers)
     }
 }
 
+/// Whatever waits for a pointer or a key gets none.
+TEST(Devices, Rest)
+{
+    MacroBuilder root;
+    root.node(u"QCMouse"_s, u"M"_s)
+        .node(u"QCKeyboard"_s, u"K"_s)
+        .output(u"x"_s, u"M.outputX"_s)
+        .output(u"down"_s, u"M.outputButton1"_s)
+        .output(u"key"_s, u"K.key_0061"_s);
+    Evaluator evaluator(root.read());
+    evaluator.evaluate({});
+    EXPECT_EQ(evaluator.outputValue(u"x"_s), Value(0.0));
+    EXPECT_EQ(evaluator.outputValue(u"down"_s), Value(false));
+    EXPECT_EQ(evaluator.outputValue(u"key"_s).type(), PortType::Boolean);
+}
+
 } // namespace
 } // namespace tarnwell::compositions::test

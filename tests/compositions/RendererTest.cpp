@@ -10,6 +10,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 namespace tarnwell::compositions::test {
 namespace {
 
@@ -192,31 +194,41 @@ TEST_F(RendererPicture, GivesTheTexturesOfOldImagesBack)
     expectColor(m_destination->picture(), 32, 32, Qt::red);
 }
 
-/// A picture with something of everything, against one that was looked at once.
-TEST_F(RendererPicture, LooksAsItDid)
+TEST_F(RendererPicture, LightsSurfaces)
 {
-    MacroBuilder ball;
-    ball.node(u"QCSphere"_s, u"S"_s,
-              {{u"inputScale"_s, 0.4}, {u"inputColor"_s, color(1, 0.8, 0.2)}});
-    MacroBuilder root;
-    root.node(u"QCGradient"_s, u"G"_s,
-              {{u"inputColor1"_s, color(0.1, 0.1, 0.4)}, {u"inputColor2"_s, color(0.6, 0.8, 1)}})
-        .macro(u"QCReplicator"_s, u"R"_s, ball,
-               {{u"inputCopies"_s, 6},
-                {u"inputOriginX"_s, 0.6},
-                {u"inputRotationZ"_s, 300.0},
-                {u"inputScale"_s, 0.5}})
-        .node(u"QCCube"_s, u"C"_s,
-              {{u"inputRX"_s, 30.0},
-               {u"inputRY"_s, 40.0},
-               {u"inputWidth"_s, 0.5},
-               {u"inputHeight"_s, 0.5},
-               {u"inputDepth"_s, 0.5},
-               {u"inputColorFront"_s, color(1, 0, 0)},
-               {u"inputColorTop"_s, color(0, 1, 0)},
-               {u"inputColorLeft"_s, color(1, 1, 1)}});
-    const QImage image = draw(root).convertToFormat(QImage::Format_RGB32);
-    const QString golden = QStringLiteral(GOLDEN_PICTURES "/scene.png");
+    const auto lit = [this](Dictionary lights, Dictionary surface,
+                            const Dictionary &settings = {}) {
+        lights.insert(u"inputObjectSpecular"_s, 0.0);
+        lights.insert(u"positionX_1"_s, 0.0);
+        lights.insert(u"positionY_1"_s, 0.0);
+        surface.insert(u"inputColor"_s, color(0.8, 0.4, 0.2));
+        surface.insert(u"inputWidth"_s, 2.0);
+        surface.insert(u"inputHeight"_s, 2.0);
+        MacroBuilder inside;
+        inside.node(u"QCSprite"_s, u"S"_s, surface);
+        return draw(MacroBuilder().macro(u"QCLighting"_s, u"L"_s, inside, lights, settings));
+    };
+    const auto shade = [](double light) {
+        return QColor::fromRgbF(float(0.8 * light), float(0.4 * light), float(0.2 * light));
+    };
+    const QImage plain = lit({{u"color_1"_s, color(1, 1, 1)}}, {});
+    expectColor(plain, 32, 32, shade(1.1));
+    expectColor(plain, 63, 32, shade(0.1 + 1.0 / std::sqrt(1.0 + 0.984 * 0.984)));
+    expectColor(lit({{u"attenuation_1"_s, 1.0}}, {}), 32, 32, shade(0.6));
+    expectColor(lit({{u"color_1"_s, color(0, 0.5, 0)}}, {}), 32, 32,
+                QColor::fromRgbF(0.08F, 0.24F, 0.02F));
+    // Its back shows light only where both sides do.
+    expectColor(lit({{u"attenuation_1"_s, 0.0}}, {{u"inputRY"_s, 180.0}}), 32, 32, shade(0.1));
+    expectColor(
+        lit({{u"attenuation_1"_s, 0.0}}, {{u"inputRY"_s, 180.0}}, {{u"lightTwoSides"_s, true}}), 32,
+        32, shade(1.1));
+}
+
+/// Against pictures that were looked at once, and that TARNWELL_KEEP_PICTURES makes anew.
+void expectGolden(const QString &name, const QImage &picture)
+{
+    const QImage image = picture.convertToFormat(QImage::Format_RGB32);
+    const QString golden = QDir(QStringLiteral(GOLDEN_PICTURES)).filePath(name + u".png"_s);
     if (qEnvironmentVariableIsSet("TARNWELL_KEEP_PICTURES")) {
         image.save(golden);
     }
@@ -237,6 +249,109 @@ TEST_F(RendererPicture, LooksAsItDid)
         }
     }
     EXPECT_LE(different, image.width() * image.height() / 50);
+}
+
+Dictionary colorfulCube()
+{
+    return {{u"inputRX"_s, 30.0},
+            {u"inputRY"_s, 40.0},
+            {u"inputWidth"_s, 0.5},
+            {u"inputHeight"_s, 0.5},
+            {u"inputDepth"_s, 0.5},
+            {u"inputColorFront"_s, color(1, 0, 0)},
+            {u"inputColorTop"_s, color(0, 1, 0)},
+            {u"inputColorLeft"_s, color(1, 1, 1)}};
+}
+
+TEST_F(RendererPicture, LooksAsItDid)
+{
+    MacroBuilder ball;
+    ball.node(u"QCSphere"_s, u"S"_s,
+              {{u"inputScale"_s, 0.4}, {u"inputColor"_s, color(1, 0.8, 0.2)}});
+    MacroBuilder root;
+    root.node(u"QCGradient"_s, u"G"_s,
+              {{u"inputColor1"_s, color(0.1, 0.1, 0.4)}, {u"inputColor2"_s, color(0.6, 0.8, 1)}})
+        .macro(u"QCReplicator"_s, u"R"_s, ball,
+               {{u"inputCopies"_s, 6},
+                {u"inputOriginX"_s, 0.6},
+                {u"inputRotationZ"_s, 300.0},
+                {u"inputScale"_s, 0.5}})
+        .node(u"QCCube"_s, u"C"_s, colorfulCube());
+    expectGolden(u"scene"_s, draw(root));
+}
+
+TEST_F(RendererPicture, LooksAsItDidUnderLight)
+{
+    MacroBuilder inside;
+    inside
+        .node(u"QCSphere"_s, u"S"_s,
+              {{u"inputX"_s, -0.45}, {u"inputScale"_s, 0.8}, {u"inputColor"_s, color(1, 0.8, 0.2)}})
+        .node(u"QCCube"_s, u"C"_s, [] {
+            Dictionary cube = colorfulCube();
+            cube.insert(u"inputX"_s, 0.5);
+            return cube;
+        }());
+    MacroBuilder root;
+    root.macro(u"QCLighting"_s, u"L"_s, inside,
+               {{u"inputObjectShininess"_s, 20.0},
+                {u"color_1"_s, color(1, 1, 1)},
+                {u"positionX_1"_s, -1.0},
+                {u"color_2"_s, color(0.2, 0.2, 0.9)},
+                {u"positionX_2"_s, 1.5},
+                {u"positionY_2"_s, -1.0}});
+    expectGolden(u"light"_s, draw(root));
+}
+
+TEST_F(RendererPicture, LooksAsItDidWithLines)
+{
+    MacroBuilder pass;
+    pass.node(u"QCIteratorVariables"_s, u"V"_s)
+        .node(u"QCExpression"_s, u"X"_s, {}, {{u"expression"_s, u"cos(p * 720)"_s}})
+        .node(u"QCExpression"_s, u"Y"_s, {}, {{u"expression"_s, u"sin(p * 1080)"_s}})
+        .node(u"QCColorFromComponents"_s, u"C"_s, {{u"input2"_s, 0.8}, {u"input3"_s, 0.5}}, {},
+              u"hsl"_s)
+        .node(u"QCLine"_s, u"L"_s, {{u"inputLineWidth"_s, 2.0}, {u"inputStartZ"_s, -1.0}})
+        .connect(u"V.outputPosition"_s, u"X.p"_s)
+        .connect(u"V.outputPosition"_s, u"Y.p"_s)
+        .connect(u"V.outputPosition"_s, u"C.input1"_s)
+        .connect(u"X.outputResult"_s, u"L.inputEndX"_s)
+        .connect(u"Y.outputResult"_s, u"L.inputEndY"_s)
+        .connect(u"C.outputColor"_s, u"L.inputEndColor"_s);
+    MacroBuilder lines;
+    lines.macro(u"QCIterator"_s, u"I"_s, pass, {{u"inputCount"_s, 24}});
+    MacroBuilder root;
+    root.macro(u"QCCamera"_s, u"K"_s, lines,
+               {{u"inputRotateX"_s, 20.0}, {u"inputTranslateY"_s, 0.1}, {u"inputScaleX"_s, 0.9}});
+    expectGolden(u"lines"_s, draw(root));
+}
+
+TEST_F(RendererPicture, LooksAsItDidThroughFilters)
+{
+    MacroBuilder root;
+    root.node(u"QCImageFilter"_s, u"Board"_s, {{u"inputWidth"_s, 12.0}}, {},
+              u"CICheckerboardGenerator"_s)
+        .node(u"QCImageFilter"_s, u"Cut"_s,
+              {{u"inputRectangle_Z"_s, 48.0}, {u"inputRectangle_W"_s, 48.0}}, {}, u"CICrop"_s)
+        .node(u"QCImageFilter"_s, u"Turned"_s,
+              {{u"inputTransform_Rotate"_s, 30.0}, {u"inputTransform_TranslateX"_s, 20.0}}, {},
+              u"CIAffineTransform"_s)
+        .node(u"QCImageFilter"_s, u"Soft"_s, {{u"inputRadius"_s, 1.5}}, {}, u"CIGaussianBlur"_s)
+        .node(u"QCImageFilter"_s, u"Sun"_s,
+              {{u"inputCenter_X"_s, 30.0},
+               {u"inputCenter_Y"_s, 40.0},
+               {u"inputRadius1"_s, 40.0},
+               {u"inputColor0"_s, color(1, 0.9, 0.3)},
+               {u"inputColor1"_s, color(0.4, 0, 0.3)}},
+              {}, u"CIRadialGradient"_s)
+        .node(u"QCImageFilter"_s, u"Both"_s, {}, {}, u"CIMultiplyBlendMode"_s)
+        .node(u"QCBillboard"_s, u"B"_s, {{u"inputScale"_s, 2.0}})
+        .connect(u"Board.outputImage"_s, u"Cut.inputImage"_s)
+        .connect(u"Cut.outputImage"_s, u"Turned.inputImage"_s)
+        .connect(u"Turned.outputImage"_s, u"Soft.inputImage"_s)
+        .connect(u"Soft.outputImage"_s, u"Both.inputImage"_s)
+        .connect(u"Sun.outputImage"_s, u"Both.inputBackgroundImage"_s)
+        .connect(u"Both.outputImage"_s, u"B.inputImage"_s);
+    expectGolden(u"filters"_s, draw(root));
 }
 
 } // namespace

@@ -60,9 +60,9 @@ TEST(UnsupportedClasses, IncludeMacrosAroundAndInsideImages)
         .connect(u"R.outputImage"_s, u"B.inputImage"_s);
     MacroBuilder root;
     root.node(u"Switch"_s, u"W"_s)
-        .macro(u"QCLighting"_s, u"L"_s, lit)
+        .macro(u"SomebodysLamp"_s, u"L"_s, lit)
         .connect(u"W.out"_s, u"L._enable"_s);
-    EXPECT_EQ(unsupported(root), (QStringList{u"InImage"_s, u"QCLighting"_s, u"Switch"_s}));
+    EXPECT_EQ(unsupported(root), (QStringList{u"InImage"_s, u"SomebodysLamp"_s, u"Switch"_s}));
 }
 
 TEST(UnsupportedClasses, IncludeWhatIsSwitchedByAWire)

@@ -5,6 +5,7 @@
 #include "compositions/model/Image.h"
 
 #include <cmath>
+#include <utility>
 
 namespace tarnwell::compositions {
 
@@ -38,12 +39,13 @@ void Canvas::begin(QSize pixels, PatternPainter painter)
     m_frame = {};
     m_paintPattern = std::move(painter);
     m_open.clear();
+    m_lighting.reset();
     m_model = QMatrix4x4();
     m_projection = projection(pixels);
     m_commandsLeft = limits::drawCommands;
     m_verticesLeft = limits::vertices;
     m_open.push_back(
-        {{.image = {}, .pixels = pixels, .commands = {}}, m_model, m_projection, true});
+        {{.image = {}, .pixels = pixels, .commands = {}}, m_model, m_projection, {}, true});
 }
 
 Frame Canvas::finish()
@@ -58,11 +60,13 @@ Frame Canvas::finish()
 void Canvas::push(const ImageRef &image, bool hasDepth)
 {
     m_open.back().model = m_model;
+    m_open.back().lighting = std::exchange(m_lighting, {});
     m_model = QMatrix4x4();
     m_projection = projection(image->pixelSize());
     m_open.push_back({{.image = image, .pixels = image->pixelSize(), .commands = {}},
                       m_model,
                       m_projection,
+                      {},
                       hasDepth});
 }
 
@@ -73,6 +77,7 @@ void Canvas::pop()
     m_open.pop_back();
     m_model = m_open.back().model;
     m_projection = m_open.back().projection;
+    m_lighting = m_open.back().lighting;
 }
 
 QSize Canvas::pixels() const
@@ -112,6 +117,9 @@ void Canvas::draw(DrawCommand command)
     }
     if (!m_open.back().hasDepth) {
         command.depth = DepthMode::None;
+    }
+    if (command.lighting) {
+        command.model = m_projection.inverted() * command.transform;
     }
     --m_commandsLeft;
     m_verticesLeft -= vertices;

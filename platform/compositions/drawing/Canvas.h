@@ -26,6 +26,9 @@ public:
     QSize pixels() const;
     const QMatrix4x4 &model() const { return m_model; }
     void setModel(const QMatrix4x4 &model) { m_model = model; }
+    /// The lights of the surroundings; null where there are none.
+    const LightingRef &lighting() const { return m_lighting; }
+    void setLighting(const LightingRef &lighting) { m_lighting = lighting; }
     /// From the coordinates of the surroundings to clip coordinates.
     QMatrix4x4 clipFromModel() const { return m_projection * m_model; }
     const QMatrix4x4 &clipFromView() const { return m_projection; }
@@ -43,6 +46,7 @@ private:
         RenderTarget target;
         QMatrix4x4 model;
         QMatrix4x4 projection;
+        LightingRef lighting;
         bool hasDepth = true;
     };
 
@@ -51,6 +55,7 @@ private:
     std::vector<Open> m_open;
     QMatrix4x4 m_model;
     QMatrix4x4 m_projection;
+    LightingRef m_lighting;
     int m_commandsLeft = 0;
     qint64 m_verticesLeft = 0;
 };

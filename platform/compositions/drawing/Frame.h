@@ -5,6 +5,7 @@
 #include <QMatrix4x4>
 #include <QPoint>
 #include <QSize>
+#include <QVector3D>
 
 #include <array>
 #include <memory>
@@ -25,6 +26,7 @@ struct Vertex
     std::array<float, 3> position{};
     std::array<float, 2> texture{};                     ///< from the lower left corner of the image
     std::array<float, 4> color{1.0F, 1.0F, 1.0F, 1.0F}; ///< not premultiplied
+    std::array<float, 3> normal{0.0F, 0.0F, 1.0F};      ///< away from the surface
 };
 
 enum class Primitive : quint8 { Triangles, TriangleStrip, Lines };
@@ -35,6 +37,24 @@ struct Mesh
     std::vector<Vertex> vertices;
 };
 using MeshRef = std::shared_ptr<const Mesh>;
+
+struct Light
+{
+    Color color;
+    QVector3D position; ///< in the space of the destination, in units
+    double attenuation = 0.0;
+};
+
+/// The lights that shine on a part of a composition, and how its surfaces answer.
+struct Lighting
+{
+    Color ambient;
+    double specular = 0.0;
+    double shininess = 0.0;
+    bool hasTwoSides = false; ///< whether backs are lit like fronts
+    std::vector<Light> lights;
+};
+using LightingRef = std::shared_ptr<const Lighting>;
 
 struct ClearCommand
 {
@@ -55,6 +75,8 @@ struct DrawCommand
     DepthMode depth = DepthMode::None;
     Culling culling = Culling::None;
     float lineWidth = 1.0F; ///< in pixels
+    LightingRef lighting;   ///< null for what shows its colour as it is
+    QMatrix4x4 model;       ///< of what is lit: from the mesh's coordinates to the lights' space
 };
 
 /// Computes every pixel of a target, which starts at a place in the plane of its images: their

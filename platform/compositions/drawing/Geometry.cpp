@@ -23,6 +23,9 @@ Vertex sphereVertex(double longitude, double latitude)
     vertex.position = {float(0.5 * std::cos(up) * std::sin(around)), float(0.5 * std::sin(up)),
                        float(0.5 * std::cos(up) * std::cos(around))};
     vertex.texture = {float(longitude), float(latitude)};
+    for (size_t i = 0; i < vertex.normal.size(); ++i) {
+        vertex.normal[i] = 2.0F * vertex.position[i];
+    }
     return vertex;
 }
 

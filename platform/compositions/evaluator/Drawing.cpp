@@ -61,8 +61,10 @@ void Evaluator::drawNode(int index)
         iterate(index);
     } else if (definition != nullptr && definition->surround != nullptr) {
         const QMatrix4x4 model = m_canvas.model();
+        const LightingRef lighting = m_canvas.lighting();
         definition->surround(context, m_canvas, [this, index] { drawChildren(index); });
         m_canvas.setModel(model);
+        m_canvas.setLighting(lighting);
     } else {
         drawChildren(index);
     }

@@ -74,10 +74,10 @@ int PortList::mentionedOutputCount(QLatin1StringView prefix) const
 std::span<const std::span<const PatchDefinition>> patchFamilies()
 {
     static const std::array families{
-        numericPatches(),     logicPatches(),       colorPatches(),     imagePatches(),
-        textPatches(),        structurePatches(),   generatorPatches(), timingPatches(),
-        scriptPatches(),      environmentPatches(), consumerPatches(),  shapePatches(),
-        imageFilterPatches(),
+        numericPatches(),     logicPatches(),  colorPatches(),       imagePatches(),
+        imageFilterPatches(), textPatches(),   structurePatches(),   generatorPatches(),
+        timingPatches(),      scriptPatches(), environmentPatches(), consumerPatches(),
+        shapePatches(),       lightPatches(),  devicePatches(),
     };
     return families;
 }

@@ -4,7 +4,9 @@
 #include "compositions/opengl/OpenGL.h"
 #include "compositions/opengl/Shaders.h"
 
+#include <algorithm>
 #include <cstddef>
+#include <string>
 
 namespace tarnwell::compositions {
 
@@ -19,6 +21,7 @@ struct PackedVertex
     std::array<float, 4> position;
     std::array<float, 2> texture;
     std::array<float, 4> color;
+    std::array<float, 3> normal;
 };
 
 void describeVertices()
@@ -31,6 +34,7 @@ void describeVertices()
     attribute(0, 4, offsetof(PackedVertex, position));
     attribute(1, 2, offsetof(PackedVertex, texture));
     attribute(2, 4, offsetof(PackedVertex, color));
+    attribute(3, 3, offsetof(PackedVertex, normal));
 }
 
 void fillBuffer(const std::vector<PackedVertex> &vertices)
@@ -43,20 +47,11 @@ void fillBuffer(const std::vector<PackedVertex> &vertices)
 
 bool Renderer::initialize(QString *error)
 {
-    m_program = buildProgram(error);
-    if (m_program == 0) {
+    const unsigned program = buildPlainProgram(error);
+    if (program == 0) {
         return false;
     }
-    const auto uniform = [this](const char *name) { return glGetUniformLocation(m_program, name); };
-    m_uniforms.transform = uniform("transform");
-    m_uniforms.color = uniform("tint");
-    m_uniforms.hasImage = uniform("hasImage");
-    m_uniforms.flipImage = uniform("flipImage");
-    m_uniforms.hasMask = uniform("hasMask");
-    m_uniforms.flipMask = uniform("flipMask");
-    glUseProgram(m_program);
-    glUniform1i(uniform("image"), imageUnit);
-    glUniform1i(uniform("mask"), maskUnit);
+    m_plain = describe(program);
     glGenVertexArrays(1, &m_vertexArray);
     glBindVertexArray(m_vertexArray);
     glGenBuffers(1, &m_buffer);
@@ -66,22 +61,39 @@ bool Renderer::initialize(QString *error)
     return true;
 }
 
+Renderer::Program Renderer::describe(unsigned name)
+{
+    const auto uniform = [name](const char *text) { return glGetUniformLocation(name, text); };
+    glUseProgram(name);
+    glUniform1i(uniform("image"), imageUnit);
+    glUniform1i(uniform("mask"), maskUnit);
+    return {.name = name,
+            .transform = uniform("transform"),
+            .color = uniform("tint"),
+            .hasImage = uniform("hasImage"),
+            .flipImage = uniform("flipImage"),
+            .hasMask = uniform("hasMask"),
+            .flipMask = uniform("flipMask")};
+}
+
 void Renderer::release()
 {
     m_textures.clear();
     m_kernels.clear();
-    glDeleteProgram(m_program);
+    glDeleteProgram(m_plain.name);
+    glDeleteProgram(m_lit.name);
     glDeleteVertexArrays(1, &m_vertexArray);
     glDeleteBuffers(1, &m_buffer);
-    m_program = m_vertexArray = m_buffer = 0;
+    m_plain = m_lit = {};
+    m_vertexArray = m_buffer = 0;
     m_uploaded.reset();
+    m_shining.reset();
 }
 
 void Renderer::draw(const Frame &frame, unsigned framebuffer, QSize pixels)
 {
     m_textures.collect();
     m_kernels.collect();
-    glUseProgram(m_program);
     glBindVertexArray(m_vertexArray);
     glBindBuffer(GL_ARRAY_BUFFER, m_buffer);
     glDisable(GL_SCISSOR_TEST);
@@ -112,6 +124,7 @@ void Renderer::draw(const Frame &frame, unsigned framebuffer, QSize pixels)
     glBindVertexArray(0);
     glUseProgram(0);
     m_uploaded.reset();
+    m_shining.reset();
 }
 
 void Renderer::drawTarget(const RenderTarget &target, QSize pixels)
@@ -141,23 +154,24 @@ void Renderer::apply(const ClearCommand &command)
 
 void Renderer::apply(const DrawCommand &command, QSize pixels)
 {
-    if (!bindImage(command.image, imageUnit, m_uniforms.hasImage, m_uniforms.flipImage) ||
-        !bindImage(command.mask, maskUnit, m_uniforms.hasMask, m_uniforms.flipMask)) {
+    const Program &program = use(command);
+    if (!bindImage(command.image, imageUnit, program.hasImage, program.flipImage) ||
+        !bindImage(command.mask, maskUnit, program.hasMask, program.flipMask)) {
         return;
     }
     setState(command);
-    glUniform4f(m_uniforms.color, float(command.color.red), float(command.color.green),
+    glUniform4f(program.color, float(command.color.red), float(command.color.green),
                 float(command.color.blue), float(command.color.alpha));
     if (command.mesh->primitive == Primitive::Lines) {
         const QMatrix4x4 identity;
-        glUniformMatrix4fv(m_uniforms.transform, 1, GL_FALSE, identity.constData());
+        glUniformMatrix4fv(program.transform, 1, GL_FALSE, identity.constData());
         if (const int count = uploadLines(command, pixels); count > 0) {
             glDrawArrays(GL_TRIANGLES, 0, count);
         }
         m_uploaded.reset();
         return;
     }
-    glUniformMatrix4fv(m_uniforms.transform, 1, GL_FALSE, command.transform.constData());
+    glUniformMatrix4fv(program.transform, 1, GL_FALSE, command.transform.constData());
     if (m_uploaded != command.mesh) {
         upload(*command.mesh);
         m_uploaded = command.mesh;
@@ -170,8 +184,47 @@ void Renderer::apply(const DrawCommand &command, QSize pixels)
 void Renderer::apply(const KernelCommand &command, QSize pixels)
 {
     m_kernels.compute(command, pixels, m_textures);
-    glUseProgram(m_program);
     glBindVertexArray(m_vertexArray);
+}
+
+const Renderer::Program &Renderer::use(const DrawCommand &command)
+{
+    if (command.lighting && m_lit.name == 0) {
+        m_lit = describe(buildLitProgram(nullptr));
+    }
+    if (!command.lighting || m_lit.name == 0) {
+        glUseProgram(m_plain.name);
+        return m_plain;
+    }
+    glUseProgram(m_lit.name);
+    shine(command);
+    return m_lit;
+}
+
+void Renderer::shine(const DrawCommand &command)
+{
+    const auto place = [this](const char *text) { return glGetUniformLocation(m_lit.name, text); };
+    glUniformMatrix4fv(place("model"), 1, GL_FALSE, command.model.constData());
+    glUniformMatrix3fv(place("normalModel"), 1, GL_FALSE, command.model.normalMatrix().constData());
+    if (m_shining == command.lighting) {
+        return;
+    }
+    m_shining = command.lighting;
+    const Lighting &lighting = *command.lighting;
+    const size_t count = std::min<size_t>(lighting.lights.size(), mostLights);
+    glUniform1i(place("lights"), int(count));
+    for (size_t i = 0; i < count; ++i) {
+        const Light &light = lighting.lights[i];
+        const std::string index = '[' + std::to_string(i) + ']';
+        glUniform3f(place(("lightColor" + index).c_str()), float(light.color.red),
+                    float(light.color.green), float(light.color.blue));
+        glUniform4f(place(("lightPlace" + index).c_str()), light.position.x(), light.position.y(),
+                    light.position.z(), float(light.attenuation));
+    }
+    glUniform3f(place("ambient"), float(lighting.ambient.red), float(lighting.ambient.green),
+                float(lighting.ambient.blue));
+    glUniform2f(place("gloss"), float(lighting.specular), float(lighting.shininess));
+    glUniform1f(place("twoSides"), lighting.hasTwoSides ? 1.0F : 0.0F);
 }
 
 void Renderer::setState(const DrawCommand &command)
@@ -223,7 +276,8 @@ void Renderer::upload(const Mesh &mesh)
     for (const Vertex &vertex : mesh.vertices) {
         packed.push_back({{vertex.position[0], vertex.position[1], vertex.position[2], 1.0F},
                           vertex.texture,
-                          vertex.color});
+                          vertex.color,
+                          vertex.normal});
     }
     fillBuffer(packed);
 }
@@ -243,7 +297,8 @@ int Renderer::uploadLines(const DrawCommand &command, QSize pixels)
             packed.push_back({{corner.position.x(), corner.position.y(), corner.position.z(),
                                corner.position.w()},
                               {},
-                              corner.color});
+                              corner.color,
+                              {}});
         }
     }
     fillBuffer(packed);

@@ -18,7 +18,7 @@ public:
 
     /// False, with the reason, when the context can't do what is needed.
     bool initialize(QString *error = nullptr);
-    bool isInitialized() const { return m_program != 0; }
+    bool isInitialized() const { return m_plain.name != 0; }
 
     /// The result is opaque: what the frame leaves free is black. Changes the state of the context
     /// and leaves the framebuffer bound.
@@ -40,21 +40,31 @@ private:
     void upload(const Mesh &mesh);
     int uploadLines(const DrawCommand &command, QSize pixels);
 
-    TextureCache m_textures;
-    KernelPrograms m_kernels;
-    unsigned m_program = 0;
-    unsigned m_vertexArray = 0;
-    unsigned m_buffer = 0;
-    MeshRef m_uploaded;
-    struct
+    /// A program with the places of its uniforms.
+    struct Program
     {
+        unsigned name = 0;
         int transform = -1;
         int color = -1;
         int hasImage = -1;
         int flipImage = -1;
         int hasMask = -1;
         int flipMask = -1;
-    } m_uniforms;
+    };
+
+    static Program describe(unsigned name);
+    /// The program for a command, made current with all that it needs besides images.
+    const Program &use(const DrawCommand &command);
+    void shine(const DrawCommand &command);
+
+    TextureCache m_textures;
+    KernelPrograms m_kernels;
+    Program m_plain;
+    Program m_lit; ///< built when the first light shines
+    unsigned m_vertexArray = 0;
+    unsigned m_buffer = 0;
+    MeshRef m_uploaded;
+    LightingRef m_shining; ///< whose lights the program knows already
 };
 
 } // namespace tarnwell::compositions

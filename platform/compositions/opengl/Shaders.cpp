@@ -14,14 +14,26 @@ constexpr auto vertexShader = R"glsl(
 layout(location = 0) in vec4 position;
 layout(location = 1) in vec2 texturePosition;
 layout(location = 2) in vec4 color;
+layout(location = 3) in vec3 normal;
 uniform mat4 transform;
+uniform mat4 model;
+uniform mat3 normalModel;
 out vec2 place;
 out vec4 shade;
+#ifdef LIT
+out vec3 spot;
+out vec3 away;
+#endif
 
 void main()
 {
     place = texturePosition;
     shade = color;
+#ifdef LIT
+    vec4 moved = model * position;
+    spot = moved.xyz / moved.w;
+    away = normalModel * normal;
+#endif
     gl_Position = transform * position;
 }
 )glsl";
@@ -39,6 +51,39 @@ uniform float hasMask;
 uniform float flipMask;
 out vec4 result;
 
+#ifdef LIT
+in vec3 spot;
+in vec3 away;
+uniform int lights;
+uniform vec3 lightColor[8];
+uniform vec4 lightPlace[8];  // with the attenuation
+uniform vec3 ambient;
+uniform vec2 gloss;          // how much, and how sharp
+uniform float twoSides;
+
+/// What a surface of that colour throws back to a viewer far away.
+vec3 lit(vec3 color)
+{
+    vec3 normal = normalize(away);
+    if (twoSides > 0.5 && !gl_FrontFacing) {
+        normal = -normal;
+    }
+    vec3 sum = ambient * color;
+    for (int i = 0; i < lights; ++i) {
+        vec3 way = lightPlace[i].xyz - spot;
+        float far = length(way);
+        vec3 towards = way / max(far, 0.0001);
+        float facing = dot(normal, towards);
+        if (facing > 0.0) {
+            vec3 half_ = normalize(towards + vec3(0.0, 0.0, 1.0));
+            float mirrored = gloss.x * pow(max(dot(normal, half_), 0.0), max(gloss.y, 0.001));
+            sum += lightColor[i] * (color * facing + mirrored) / (1.0 + lightPlace[i].w * far);
+        }
+    }
+    return min(sum, vec3(1.0));
+}
+#endif
+
 vec2 turned(float flip)
 {
     return vec2(place.x, mix(place.y, 1.0 - place.y, flip));
@@ -47,6 +92,9 @@ vec2 turned(float flip)
 void main()
 {
     vec4 color = shade * tint;
+#ifdef LIT
+    color.rgb = lit(color.rgb);
+#endif
     color = vec4(color.rgb * color.a, color.a);
     if (hasImage > 0.5) {
         color *= texture(image, turned(flipImage));
@@ -89,9 +137,15 @@ unsigned compile(unsigned type, const QByteArray &source, QString *error)
 
 } // namespace
 
-unsigned buildProgram(QString *error)
+unsigned buildPlainProgram(QString *error)
 {
     return buildProgram(vertexShader, fragmentShader, error);
+}
+
+unsigned buildLitProgram(QString *error)
+{
+    const QByteArray switchedOn("#define LIT\n");
+    return buildProgram(switchedOn + vertexShader, switchedOn + fragmentShader, error);
 }
 
 unsigned buildProgram(const QByteArray &vertexSource, const QByteArray &fragmentSource,

@@ -19,5 +19,7 @@ std::span<const PatchDefinition> scriptPatches();
 std::span<const PatchDefinition> environmentPatches();
 std::span<const PatchDefinition> consumerPatches();
 std::span<const PatchDefinition> shapePatches();
+std::span<const PatchDefinition> lightPatches();
+std::span<const PatchDefinition> devicePatches();
 
 } // namespace tarnwell::compositions

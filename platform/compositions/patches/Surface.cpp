@@ -32,6 +32,7 @@ DrawCommand Surface::command(Context &context, const Canvas &canvas)
     command.blending = blendingOf(context.index(BlendingMode));
     command.depth = depthModeOf(context.index(Depth));
     command.culling = cullingOf(context.index(CullingMode));
+    command.lighting = canvas.lighting();
     return command;
 }
 
