@@ -34,6 +34,11 @@ bool leavesTheField(const QKeyEvent &event)
 void TarnwellPref::setUpShortcutFilter()
 {
     connect(scFilterField(), &QLineEdit::textChanged, this, &TarnwellPref::filterShortcutsByWords);
+    // The button's icon is searched for in all themes, so it comes with the first text to clear.
+    connect(
+        scFilterField(), &QLineEdit::textChanged, scFilterField(),
+        [field = scFilterField()] { field->setClearButtonEnabled(true); },
+        Qt::SingleShotConnection);
     connect(scFilterKeysButton(), &QPushButton::toggled, this,
             &TarnwellPref::filterShortcutsByKeys);
     scFilterField()->installEventFilter(this);

@@ -2,11 +2,13 @@
 
 #include <QFontDatabase>
 #include <QFontMetricsF>
+#include <QGuiApplication>
 #include <QPainter>
 #include <QStyle>
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 namespace tarnwell::ui {
 
@@ -138,15 +140,31 @@ std::unique_ptr<QTextLayout> layOutWithin(const StyledString &line, const Styled
     return best;
 }
 
+/// How the desktop's small text relates to its normal one. Asking the desktop means a search in
+/// all fonts, and every run of every cell needs the answer: it is kept while the normal font stays.
+qreal desktopSmallToNormal()
+{
+    struct Answer
+    {
+        QString normalFont;
+        qreal ratio;
+    };
+    static std::optional<Answer> answer;
+    const QString normalFont = QGuiApplication::font().key();
+    if (!answer || answer->normalFont != normalFont)
+        answer = {normalFont,
+                  relativeHeight(QFontDatabase::systemFont(QFontDatabase::SmallestReadableFont),
+                                 QFontDatabase::systemFont(QFontDatabase::GeneralFont))};
+    return answer->ratio;
+}
+
 } // namespace
 
 QFont styledFont(FontStyle style, const QFont &base)
 {
     if (style == FontStyle::Inherited)
         return base;
-    const auto desktopRatio =
-        relativeHeight(QFontDatabase::systemFont(QFontDatabase::SmallestReadableFont),
-                       QFontDatabase::systemFont(QFontDatabase::GeneralFont));
+    const qreal desktopRatio = desktopSmallToNormal();
     QFont font = scaled(base, desktopRatio < 1.0 ? desktopRatio : smallToNormal);
     if (style == FontStyle::SmallBoldSystem)
         font.setBold(true);
