@@ -35,8 +35,8 @@ inline constexpr int scriptLength = 1'000'000;
 
 /// Characters of one image kernel.
 inline constexpr int kernelLength = 65'536;
-/// Kernels that one composition can have compiled.
-inline constexpr int kernels = 64;
+/// Kernels that are compiled at one time, those of the standard filters included.
+inline constexpr int kernels = 128;
 /// Patterns without end that are computed from each other.
 inline constexpr int patternDepth = 8;
 /// Turns of loops that the kernels of all pixels of one image may take together.
