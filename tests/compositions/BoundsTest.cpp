@@ -5,6 +5,8 @@
 #include "compositions/model/Structure.h"
 
 #include <QImage>
+#include <QTemporaryFile>
+#include <QUrl>
 
 #include <gtest/gtest.h>
 
@@ -117,6 +119,46 @@ TEST(Bounds, EvaluationsAndCommands)
     const Frame frame = evaluator.evaluate({});
     EXPECT_TRUE(evaluator.isExhausted());
     EXPECT_EQ(frame.targets.back().commands.size(), size_t(limits::drawCommands));
+}
+
+TEST(Bounds, Vertices)
+{
+    MacroBuilder inside;
+    inside.node(u"QCSphere"_s, u"S"_s, {}, {{u"slices"_s, 1'000}, {u"stacks"_s, 1'000}});
+    MacroBuilder root;
+    root.macro(u"QCReplicator"_s, u"R"_s, inside, {{u"inputCopies"_s, 100}});
+    Evaluator evaluator(root.read());
+    qint64 vertices = 0;
+    const Frame frame = evaluator.evaluate({});
+    for (const Command &command : frame.targets.back().commands) {
+        vertices += qint64(std::get<DrawCommand>(command).mesh->vertices.size());
+    }
+    EXPECT_GT(vertices, 0);
+    EXPECT_LE(vertices, limits::vertices);
+}
+
+/// What a file names on this machine or elsewhere stays closed, however it is named.
+TEST(Bounds, NoFileIsOpened)
+{
+    QTemporaryFile picture;
+    ASSERT_TRUE(picture.open());
+    QImage(4, 4, QImage::Format_RGB32).save(&picture, "PNG");
+    picture.flush();
+    const QString url = QUrl::fromLocalFile(picture.fileName()).toString();
+    MacroBuilder root;
+    root.node(u"QCImageLoader"_s, u"L"_s, {}, {{u"imagePath"_s, picture.fileName()}})
+        .node(u"QCImageDownloader"_s, u"D"_s, {{u"inputURL"_s, url}})
+        .node(u"QCPatchRenderer"_s, u"P"_s, {{u"inputPath"_s, picture.fileName()}})
+        .node(u"QCTextImage"_s, u"T"_s, {{u"inputFontName"_s, picture.fileName()}})
+        .output(u"loaded"_s, u"L.outputImage"_s)
+        .output(u"downloaded"_s, u"D.outputImage"_s)
+        .output(u"rendered"_s, u"P.outputImage"_s)
+        .output(u"painted"_s, u"T.outputImage"_s);
+    Evaluator evaluator(root.read());
+    evaluator.evaluate({});
+    for (const QString &key : evaluator.outputKeys()) {
+        EXPECT_FALSE(evaluator.outputValue(key).toImage()) << key.toStdString();
+    }
 }
 
 TEST(Bounds, ImagesDrawnInto)

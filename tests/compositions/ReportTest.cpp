@@ -74,6 +74,8 @@ TEST(UnsupportedClasses, IncludeWhatIsSwitchedByAWire)
         .connect(u"O.outputValue"_s, u"C._enable"_s)
         .input(u"Rains"_s, u"R._enable"_s);
     EXPECT_EQ(unsupported(root), (QStringList{u"SomebodysCloud"_s, u"SomebodysRain"_s}));
+    EXPECT_TRUE(hasConsumers(Evaluator(root.read()).network()));
+    EXPECT_FALSE(hasConsumers(Evaluator(MacroBuilder().node(u"QCLFO"_s, u"O"_s).read()).network()));
 }
 
 TEST(UnknownPorts, AreThoseOfKnownClassesThatSomethingDrawnNeeds)

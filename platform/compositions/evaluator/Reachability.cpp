@@ -1,5 +1,6 @@
 #include "compositions/evaluator/Report.h"
 
+#include <algorithm>
 #include <map>
 #include <set>
 
@@ -108,6 +109,11 @@ std::vector<UnsupportedClass> findUnsupportedClasses(const Network &network)
         result.push_back({name.first, name.second, count});
     }
     return result;
+}
+
+bool hasConsumers(const Network &network)
+{
+    return network.nodes.front().draws || std::ranges::any_of(network.nodes, wouldDraw);
 }
 
 QStringList findUnknownPorts(const Network &network)

@@ -116,7 +116,7 @@ QJsonObject describeAttributes(const Evaluator &evaluator)
             {u"protocols"_s, QJsonArray::fromStringList(composition.protocols)},
             {u"categories"_s, QJsonArray::fromStringList(composition.categories)},
             {u"aspectRatio"_s, composition.aspectRatio},
-            {u"hasConsumers"_s, nodes.front().draws},
+            {u"hasConsumers"_s, hasConsumers(evaluator.network())},
             {u"isTimeDependent"_s, isTimeDependent}};
 }
 

@@ -20,6 +20,9 @@ struct UnsupportedClass
 /// themselves. Sorted by name.
 std::vector<UnsupportedClass> findUnsupportedClasses(const Network &network);
 
+/// Whether a composition draws at all, or would if all its classes were supported.
+bool hasConsumers(const Network &network);
+
 /// Ports that the file speaks of, of classes that are supported, but that nothing here knows: what
 /// they do is left out. "Class.port", sorted; only of nodes that something drawn depends on.
 QStringList findUnknownPorts(const Network &network);
