@@ -41,9 +41,9 @@ public:
             eglMakeCurrent(m_display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
             eglDestroyContext(m_display, m_context);
         }
-        if (m_display != EGL_NO_DISPLAY) {
-            eglTerminate(m_display);
-        }
+        // The display belongs to the process: to terminate it would take it away from whoever else
+        // draws, and unload the driver to load it again for the next one.
+        eglReleaseThread();
     }
     Q_DISABLE_COPY_MOVE(Context)
 
