@@ -192,6 +192,21 @@ TEST(DemoHome, PluginIsInstalled)
     EXPECT_EQ(foundation::Bundle::open(effect)->identifier(), u"com.varnit.tawl.SillyEffect"_s);
 }
 
+TEST(DemoHome, HasCompositionsOfEachOriginWithOneSwitchedOff)
+{
+    const QString plugin = u"/Library/Hullforges/Tarnwell.zok/Contents/Resources/"
+                           "SillyEffect.bundle/Contents/Resources"_s;
+    for (const QString &place :
+         {u"/Library/Application Support/Varnit/Tarnwell"_s, plugin, u"/Library/Screen Savers"_s}) {
+        EXPECT_FALSE(QDir(demoHome + place).entryList({u"*.qtz"_s}, QDir::Files).isEmpty())
+            << qPrintable(place);
+    }
+    const plist::Dictionary choices = readDomain(demoHome).value(u"SEQTZStatusList").toDictionary();
+    EXPECT_FALSE(choices.isEmpty());
+    for (const auto &[path, isOn] : choices)
+        EXPECT_TRUE(QFile::exists(path)) << qPrintable(path);
+}
+
 TEST(PluginSimulation, ChangesOneRecordAndKeepsTheRest)
 {
     QTemporaryDir home;

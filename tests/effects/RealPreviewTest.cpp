@@ -1,0 +1,120 @@
+// The effects page on a real X server, with the demo home.
+
+#include "desktop/ScreenWindowServer.h"
+#include "desktop/TestBus.h"
+#include "effects/QCView.h"
+#include "pane/PaneDesktop.h"
+#include "pane/TarnwellPref.h"
+#include "ports/HostApplication.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QLabel>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTabWidget>
+#include <QTemporaryDir>
+#include <QTreeView>
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+using namespace Qt::StringLiterals;
+
+namespace tarnwell::tests {
+
+namespace {
+
+class NoIcon final : public ports::HostApplication
+{
+public:
+    QIcon applicationIcon() const override { return {}; }
+    void setApplicationIcon(const QIcon &) override {}
+};
+
+int colorsOf(const QImage &picture)
+{
+    std::set<QRgb> colors;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x)
+            colors.insert(picture.pixel(x, y));
+    }
+    return static_cast<int>(colors.size());
+}
+
+} // namespace
+
+TEST(RealPreview, PlaysEveryCompositionOfTheDemo)
+{
+    if (QGuiApplication::platformName() != "xcb"_L1)
+        GTEST_SKIP() << "Xvfb is not installed";
+    if (!desktop::ScreenWindowServer().canPlayCompositions())
+        GTEST_SKIP() << "there is no OpenGL on this screen";
+    // A copy, for the pane notes down what it finds there.
+    const QTemporaryDir folder;
+    const QString home = folder.filePath(u"home"_s);
+    ASSERT_EQ(QProcess::execute(u"cp"_s, {u"-r"_s, QStringLiteral(TARNWELL_DEMO_HOME), home}), 0);
+    NoIcon icon;
+    const auto bundle = foundation::Bundle::open(QStringLiteral(TARNWELL_PANE_BUNDLE));
+    ASSERT_TRUE(bundle);
+    pane::PaneDesktop desktop({bundle->path(), home, u"/nowhere"_s, icon});
+    pane::TarnwellPref pane(desktop.ports(), desktop.identityCache(), *bundle);
+    QString error;
+    const std::unique_ptr<QWidget> view(pane.loadMainView(&error));
+    ASSERT_TRUE(view) << qPrintable(error);
+    pane.mainViewDidLoad();
+    view->show();
+    const WId window = view->winId();
+    auto *pages = view->findChild<QTabWidget *>(u"pages"_s);
+    pages->setCurrentWidget(view->findChild<QWidget *>(u"effectsPage"_s));
+
+    const QAbstractItemModel *model = pane.seView()->model();
+    ASSERT_TRUE(model);
+    EXPECT_EQ(model->rowCount(), 3);
+    int played = 0;
+    for (int row = 0; row < model->rowCount(); ++row) {
+        const QModelIndex group = model->index(row, 0);
+        for (int child = 0; child < model->rowCount(group); ++child) {
+            const QModelIndex composition = model->index(child, 0, group);
+            SCOPED_TRACE(composition.data().toString().toStdString());
+            pane.seView()->setCurrentIndex(composition);
+            EXPECT_TRUE(pane.previewView()->isRendering());
+            // The flat background before the first frame, and most first frames, are plainer.
+            EXPECT_TRUE(
+                waitUntil([&] { return colorsOf(pane.previewView()->grab().toImage()) > 20; }));
+            EXPECT_FALSE(pane.qcName()->text().isEmpty());
+            ++played;
+        }
+    }
+    EXPECT_GE(played, 8);
+    EXPECT_EQ(view->winId(), window) << "the window is not made anew";
+}
+
+} // namespace tarnwell::tests
+
+int main(int argc, char **argv)
+{
+    testing::InitGoogleTest(&argc, argv);
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere");
+    QProcess server;
+    if (!QStandardPaths::findExecutable(QStringLiteral("Xvfb")).isEmpty()) {
+        server.start(QStringLiteral("Xvfb"),
+                     {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
+                      QStringLiteral("0"), QStringLiteral("1280x1024x24"),
+                      QStringLiteral("-noreset"), QStringLiteral("-nolisten"),
+                      QStringLiteral("tcp")});
+    }
+    if (server.waitForStarted() && server.waitForReadyRead()) {
+        qputenv("DISPLAY", ':' + server.readLine().trimmed());
+        qputenv("QT_QPA_PLATFORM", "xcb");
+    }
+    int result = 0;
+    {
+        QApplication application(argc, argv);
+        result = RUN_ALL_TESTS();
+    }
+    server.terminate();
+    server.waitForFinished();
+    return result;
+}
