@@ -22,9 +22,9 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <ctime>
 #include <fcntl.h>
 #include <spawn.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
@@ -54,14 +54,32 @@ void writeFile(const QString &path)
     file.write("no composition");
 }
 
+/// What something took: on the wall, and of processors.
+struct Cost
+{
+    double elapsed = 0.0;
+    double processor = 0.0;
+};
+
+double processorMilliseconds(int who)
+{
+    rusage usage = {};
+    getrusage(who, &usage);
+    const auto inMilliseconds = [](const timeval &time) {
+        return double(time.tv_sec) * 1e3 + double(time.tv_usec) / 1e3;
+    };
+    return inMilliseconds(usage.ru_utime) + inMilliseconds(usage.ru_stime);
+}
+
 /// Runs find over the same folders, to the same depth, for the same name.
-double findMilliseconds(const QByteArray &folder)
+Cost find(const QByteArray &folder)
 {
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
     const char *const arguments[] = {
         "find", folder.constData(), "-maxdepth", "2", "-iname", "*.qtz", nullptr};
+    const double before = processorMilliseconds(RUSAGE_CHILDREN);
     QElapsedTimer timer;
     timer.start();
     pid_t process = 0;
@@ -70,9 +88,9 @@ double findMilliseconds(const QByteArray &folder)
                      environ) != 0 ||
         waitpid(process, &status, 0) != process || status != 0)
         qFatal("find cannot be run.");
-    const double result = milliseconds(timer);
+    const Cost cost{milliseconds(timer), processorMilliseconds(RUSAGE_CHILDREN) - before};
     posix_spawn_file_actions_destroy(&actions);
-    return result;
+    return cost;
 }
 
 /// Discovery over so many folders with ten compositions each, beside find in the same run.
@@ -94,22 +112,27 @@ void discover(benchmark::State &state)
     fakes::FakePreferences preferences;
     const effects::DiscoveryContext context{preferences, fileManager, folders, clock,
                                             u"com.varnit.tarnwell"_s};
-    std::vector<double> found, finding;
+    std::vector<double> found, foundProcessor, finding, findingProcessor;
     qsizetype compositions = 0;
     for ([[maybe_unused]] auto _ : state) {
+        const double before = processorMilliseconds(RUSAGE_SELF);
         QElapsedTimer timer;
         timer.start();
         const auto lists =
             effects::copyCompositionLists(context, std::nullopt, effects::NewScreenSavers::Record);
         found.push_back(milliseconds(timer));
+        foundProcessor.push_back(processorMilliseconds(RUSAGE_SELF) - before);
         compositions = lists.enabled.size();
         state.PauseTiming();
-        finding.push_back(findMilliseconds(QFile::encodeName(top)));
+        const Cost cost = find(QFile::encodeName(top));
+        finding.push_back(cost.elapsed);
+        findingProcessor.push_back(cost.processor);
         state.ResumeTiming();
     }
     state.counters["compositions"] = static_cast<double>(compositions);
     state.counters["find_ms"] = median(finding);
     state.counters["ratio"] = median(found) / median(finding);
+    state.counters["processor_ratio"] = median(foundProcessor) / median(findingProcessor);
 }
 
 QStringList ownCompositions()
@@ -121,14 +144,6 @@ QStringList ownCompositions()
     if (paths.isEmpty())
         qFatal("There are no compositions.");
     return paths;
-}
-
-/// Processor time of the whole process, every thread included, in milliseconds.
-double processorMilliseconds()
-{
-    timespec time = {};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-    return double(time.tv_sec) * 1e3 + double(time.tv_nsec) / 1e6;
 }
 
 double residentKilobytes()
@@ -206,9 +221,9 @@ void play(benchmark::State &state)
     for ([[maybe_unused]] auto _ : state) {
         QElapsedTimer timer;
         timer.start();
-        const double before = processorMilliseconds();
+        const double before = processorMilliseconds(RUSAGE_SELF);
         runEventLoop(3000);
-        processor += processorMilliseconds() - before;
+        processor += processorMilliseconds(RUSAGE_SELF) - before;
         seconds += milliseconds(timer) / 1e3;
     }
     state.SetLabel(QFileInfo(path).completeBaseName().toStdString());
@@ -238,9 +253,9 @@ void playUnseen(benchmark::State &state)
     window.frames = 0;
     double processor = 0.0;
     for ([[maybe_unused]] auto _ : state) {
-        const double before = processorMilliseconds();
+        const double before = processorMilliseconds(RUSAGE_SELF);
         runEventLoop(2000);
-        processor += processorMilliseconds() - before;
+        processor += processorMilliseconds(RUSAGE_SELF) - before;
     }
     state.SetLabel(names[state.range(0)]);
     state.counters["processor_ms"] = processor / double(state.iterations());

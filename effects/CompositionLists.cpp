@@ -7,6 +7,8 @@
 #include "ports/Preferences.h"
 #include "prefs/PreferenceKeys.h"
 
+#include <QStringMatcher>
+
 #include <cstdlib>
 
 using namespace Qt::StringLiterals;
@@ -22,14 +24,14 @@ bool isSwitchedOff(const plist::Dictionary &statusList, const QString &path)
     return status.isBoolean() && !status.toBool();
 }
 
-CompositionGroups groupsOf(const FoundCompositions &found, const ports::FileManager &fileManager)
+CompositionGroups groupsOf(const FoundCompositions &found)
 {
     CompositionGroups groups;
     QList<QUrl> waiting;
     const auto makeGroup = [&](QLatin1StringView name) {
         if (waiting.isEmpty())
             return;
-        sortByDisplayName(fileManager, waiting);
+        sortByDisplayName(waiting);
         groups.insert(name, std::exchange(waiting, {}));
     };
     // Compositions of a folder that could not be read to its end go to the next group.
@@ -53,9 +55,9 @@ struct Enabled
 Enabled enabledOf(const FoundCompositions &found, plist::Dictionary &statusList)
 {
     Enabled enabled;
-    const auto take = [&](const QUrl &url) {
-        const QString path = url.toLocalFile();
-        if (path.contains("Screen Savers"_L1, Qt::CaseInsensitive)) {
+    const QStringMatcher screenSavers(u"Screen Savers"_s, Qt::CaseInsensitive);
+    const auto take = [&](const QUrl &url, const QString &path) {
+        if (screenSavers.indexIn(path) >= 0) {
             if (!statusList.contains(path)) {
                 statusList.insert(path, false);
                 enabled.hasNewScreenSavers = true;
@@ -71,14 +73,15 @@ Enabled enabledOf(const FoundCompositions &found, plist::Dictionary &statusList)
         if (isSwitchedOff(statusList, path))
             TARNWELL_ZOK_LOG(u"[SE] Removing %1"_s.arg(path));
         else
-            take(url);
+            take(url, path);
     }
     for (const QUrl &url : found.bundled) {
-        if (!isSwitchedOff(statusList, url.toLocalFile()))
-            take(url);
+        const QString path = url.toLocalFile();
+        if (!isSwitchedOff(statusList, path))
+            take(url, path);
     }
     for (const QUrl &url : found.screenSavers)
-        take(url);
+        take(url, url.toLocalFile());
     return enabled;
 }
 
@@ -127,7 +130,7 @@ CompositionLists copyCompositionLists(const DiscoveryContext &context,
                                       NewScreenSavers newOnes)
 {
     const FoundCompositions found = find(context, bundle);
-    return {groupsOf(found, context.fileManager), enabledOf(context, found, newOnes)};
+    return {groupsOf(found), enabledOf(context, found, newOnes)};
 }
 
 std::variant<CompositionGroups, EnabledCompositions>
@@ -136,7 +139,7 @@ SECopyQTZList(const DiscoveryContext &context, const std::optional<foundation::B
 {
     const FoundCompositions found = find(context, bundle);
     if (grouped)
-        return groupsOf(found, context.fileManager);
+        return groupsOf(found);
     return enabledOf(context, found, NewScreenSavers::Record);
 }
 

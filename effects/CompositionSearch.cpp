@@ -9,7 +9,6 @@
 #include <QStringList>
 
 #include <algorithm>
-#include <numeric>
 #include <vector>
 
 using namespace Qt::StringLiterals;
@@ -100,25 +99,16 @@ int SECompareURLsByDisplayName(const ports::FileManager &fileManager, const QUrl
     return nameOfB.isEmpty() ? -1 : nameOfA.compare(nameOfB, Qt::CaseInsensitive);
 }
 
-void sortByDisplayName(const ports::FileManager &fileManager, QList<QUrl> &compositions)
+void sortByDisplayName(QList<QUrl> &compositions)
 {
-    struct Named
-    {
-        QString name;
-        QUrl url;
-    };
-    std::vector<Named> named;
+    std::vector<std::pair<QString, QUrl>> named;
     named.reserve(static_cast<size_t>(compositions.size()));
     for (const QUrl &url : std::as_const(compositions))
-        named.push_back({fileManager.displayNameAtPath(url.toLocalFile()).toCaseFolded(), url});
-    // A file that went away meanwhile has no name.
-    std::stable_sort(named.begin(), named.end(), [](const Named &a, const Named &b) {
-        if (a.name.isEmpty() || b.name.isEmpty())
-            return !a.name.isEmpty() && b.name.isEmpty();
-        return a.name < b.name;
-    });
-    std::transform(named.cbegin(), named.cend(), compositions.begin(),
-                   [](const Named &entry) { return entry.url; });
+        named.emplace_back(url.fileName().toCaseFolded(), url);
+    std::stable_sort(named.begin(), named.end(),
+                     [](const auto &a, const auto &b) { return a.first < b.first; });
+    std::transform(named.begin(), named.end(), compositions.begin(),
+                   [](auto &entry) { return std::move(entry.second); });
 }
 
 FoundCompositions findCompositions(const ports::FileManager &fileManager,

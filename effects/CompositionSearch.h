@@ -26,8 +26,9 @@ int SEScanFolderForQTZ(const ports::FileManager &fileManager, const ports::Folde
 /// What is no URL comes first, whatever it is compared with, and what has no name comes last.
 int SECompareURLsByDisplayName(const ports::FileManager &fileManager, const QUrl &a, const QUrl &b);
 
-/// The same order for many at once, each of which is asked for its name only once.
-void sortByDisplayName(const ports::FileManager &fileManager, QList<QUrl> &compositions);
+/// Puts compositions that were just found into that order. They are plain files, which go by their
+/// own names, so nothing is asked of the disk: there may be thousands.
+void sortByDisplayName(QList<QUrl> &compositions);
 
 /// The compositions of this machine, by where they were found.
 struct FoundCompositions

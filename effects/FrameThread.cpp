@@ -7,6 +7,8 @@
 #include <QLocale>
 #include <QTimeZone>
 
+#include <new>
+
 using namespace Qt::StringLiterals;
 
 namespace tarnwell::effects {
@@ -38,6 +40,19 @@ public:
 
     QImage makeFrame(const compositions::FrameRequest &request)
     {
+        try {
+            return drawnFrame(request);
+        } catch (const std::bad_alloc &) {
+            // Nobody above would catch it on this thread, and the pane can do without a preview.
+            TARNWELL_SYSTEM_LOG(u"There is not enough memory to preview this effect."_s);
+            m_evaluator.reset();
+            return {};
+        }
+    }
+
+private:
+    QImage drawnFrame(const compositions::FrameRequest &request)
+    {
         if (!m_evaluator || !prepareDestination(request.pixels))
             return {};
         m_destination->draw(m_evaluator->evaluate(request));
@@ -47,7 +62,6 @@ public:
         return picture;
     }
 
-private:
     bool prepareDestination(QSize pixels)
     {
         if (m_destination)

@@ -1,7 +1,9 @@
 #include "desktop/BundleCache.h"
 
 #include <QDir>
-#include <QFileInfo>
+#include <QFile>
+
+#include <sys/stat.h>
 
 namespace tarnwell::desktop {
 
@@ -11,6 +13,11 @@ using foundation::Bundle;
 namespace {
 
 constexpr qsizetype mostEntries = 16384;
+
+bool isDesktopEntry(const QString &path)
+{
+    return path.endsWith(".desktop"_L1);
+}
 
 } // namespace
 
@@ -42,7 +49,8 @@ BundleCache::Entry *BundleCache::entryAt(const QString &path) const
         m_entries.erase(known);
     }
     const std::optional<DescribingFile> file = describingFile(path);
-    if (!file)
+    // Only desktop entries describe themselves.
+    if (!file || (file->path == path && !isDesktopEntry(path)))
         return nullptr;
     const bool isSettled = file->stamp.isSettled();
     const std::optional<Bundle> bundle = Bundle::open(path);
@@ -61,15 +69,25 @@ std::optional<Bundle> BundleCache::bundleAt(const QString &path) const
 
 QString BundleCache::displayNameAt(const QString &path) const
 {
-    if (!m_entries.contains(path) && !FileStamp::of(path))
+    struct stat status = {};
+    const auto exists = [&] {
+        return !path.isEmpty() && ::stat(QFile::encodeName(path).constData(), &status) == 0;
+    };
+    const bool wasKnown = m_entries.contains(path);
+    if (!wasKnown && !exists())
         return {};
-    if (Entry *entry = entryAt(path)) {
-        if (entry->displayName.isEmpty())
-            entry->displayName = entry->bundle.displayName();
-        return entry->displayName;
+    // Names are wanted of thousands of plain files at a time.
+    if (wasKnown || S_ISDIR(status.st_mode) || isDesktopEntry(path)) {
+        if (Entry *entry = entryAt(path)) {
+            if (entry->displayName.isEmpty())
+                entry->displayName = entry->bundle.displayName();
+            return entry->displayName;
+        }
     }
-    const QFileInfo info(QDir::cleanPath(path));
-    return !path.isEmpty() && info.exists() ? info.fileName() : QString();
+    if (wasKnown && !exists())
+        return {};
+    const QString clean = QDir::cleanPath(path);
+    return clean.sliced(clean.lastIndexOf(u'/') + 1);
 }
 
 } // namespace tarnwell::desktop
