@@ -72,16 +72,22 @@ std::optional<GlobalShortcutHolder> holderFromKde(const QDBusMessage &reply)
 {
     if (reply.type() != QDBusMessage::ReplyMessage || reply.signature() != "a(ssssssaiai)"_L1)
         return std::nullopt;
+    // What is begun has to be ended, also where the rest is not read, or it is never freed.
     const auto list = reply.arguments().constFirst().value<QDBusArgument>();
-    list.beginArray();
-    if (list.atEnd())
-        return std::nullopt;
     QString unique;
     QString friendly;
     QString component;
     QString friendlyComponent;
-    list.beginStructure();
-    list >> unique >> friendly >> component >> friendlyComponent;
+    list.beginArray();
+    const bool isHeld = !list.atEnd();
+    if (isHeld) {
+        list.beginStructure();
+        list >> unique >> friendly >> component >> friendlyComponent;
+        list.endStructure();
+    }
+    list.endArray();
+    if (!isHeld)
+        return std::nullopt;
     return GlobalShortcutHolder{friendly.isEmpty() ? unique : friendly,
                                 friendlyComponent.isEmpty() ? component : friendlyComponent};
 }
