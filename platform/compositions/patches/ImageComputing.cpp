@@ -45,7 +45,7 @@ QRectF scaled(const QRectF &rectangle, double factor)
 
 } // namespace
 
-ImageRef apply(Context &context, ImageRecipe recipe, const QRect &extent)
+ImageRef apply(Context &context, const ImageRecipe &recipe, const QRect &extent)
 {
     return context.computeImage(recipe, extent);
 }
@@ -88,9 +88,9 @@ ImageRef transform(Context &context, const ImageRef &image, const QTransform &tr
         return {};
     }
     ImageRecipe recipe = transformed(transformKernel(), image, inverse);
-    return image->isEndless() ? endless(std::move(recipe))
-                              : apply(context, std::move(recipe),
-                                      coveringPixels(transform.mapRect(QRectF(image->extent()))));
+    return image->isEndless()
+               ? endless(std::move(recipe))
+               : apply(context, recipe, coveringPixels(transform.mapRect(QRectF(image->extent()))));
 }
 
 ImageRef tile(const ImageRef &image, const QTransform &transform)

@@ -21,7 +21,7 @@ ImageRef tile(const ImageRef &image, const QTransform &transform);
 ImageRef blur(Context &context, const ImageRef &image, double deviation);
 
 /// Has a kernel computed: over an extent, or as a pattern without end.
-ImageRef apply(Context &context, ImageRecipe recipe, const QRect &extent);
+ImageRef apply(Context &context, const ImageRecipe &recipe, const QRect &extent);
 ImageRef endless(ImageRecipe recipe);
 
 /// All that any of the images covers; nothing when one of them has no end.

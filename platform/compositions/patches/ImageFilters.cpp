@@ -197,7 +197,7 @@ void filterImage(Context &context)
         covering.resize(1);
     }
     const auto extent = computing::extentOfAll(covering);
-    context.set(0, extent ? computing::apply(context, std::move(recipe), *extent)
+    context.set(0, extent ? computing::apply(context, recipe, *extent)
                           : computing::endless(std::move(recipe)));
 }
 
@@ -232,9 +232,8 @@ public:
         }
         const auto extent = computing::extentOfAll(recipe.images);
         // Without an image there is nothing that would bound the result.
-        context.set(0, extent && !recipe.images.empty()
-                           ? computing::apply(context, std::move(recipe), *extent)
-                           : computing::endless(std::move(recipe)));
+        context.set(0, extent && !recipe.images.empty() ? computing::apply(context, recipe, *extent)
+                                                        : computing::endless(std::move(recipe)));
     }
 
     /// The same kernel is asked for several times for each node, and a composition may have very
