@@ -266,12 +266,13 @@ void TarnwellPref::showInformation(const effects::EffectInformation &information
                                   QString::fromUtf8(information.link.toEncoded()).toHtmlEscaped(),
                                   information.linkText.toHtmlEscaped())
                             : information.linkText);
-    // A tool tip would take tags for what they are.
-    urlField()->setToolTip(
-        information.linkToolTip.isEmpty()
-            ? QString()
-            : u"<span>%1</span>"_s.arg(
-                  information.linkToolTip.toHtmlEscaped().replace(u'\n', "<br>"_L1)));
+    // A tool tip would take tags for what they are, and break an address after every few words.
+    constexpr qsizetype longestLine = 120;
+    const QString &toolTip = information.linkToolTip;
+    const QString form = toolTip.size() <= longestLine
+                             ? u"<p style=\"white-space: pre\">%1</p>"_s
+                             : u"<p style=\"white-space: pre-wrap\">%1</p>"_s;
+    urlField()->setToolTip(toolTip.isEmpty() ? QString() : form.arg(toolTip.toHtmlEscaped()));
 }
 
 } // namespace tarnwell::pane
