@@ -30,8 +30,7 @@ bool canMakeContext()
     surface.create();
     if (!surface.isValid() || !context.makeCurrent(&surface))
         return false;
-    const bool isEnough = context.format().version() >= std::pair(3, 3) ||
-                          (context.isOpenGLES() && context.format().majorVersion() >= 3);
+    const bool isEnough = !context.isOpenGLES() && context.format().version() >= std::pair(3, 3);
     context.doneCurrent();
     return isEnough;
 }

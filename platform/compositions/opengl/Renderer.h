@@ -8,7 +8,7 @@
 
 namespace tarnwell::compositions {
 
-/// Draws frames with OpenGL 3.3 core or ES 3, into whatever framebuffer it is told, so that of a
+/// Draws frames with OpenGL 3.3 core, into whatever framebuffer it is told, so that of a
 /// widget as well as one off screen. Every function wants the same context to be current.
 class Renderer
 {

@@ -106,17 +106,9 @@ void main()
 }
 )glsl";
 
-QByteArray header()
-{
-    const auto *version = reinterpret_cast<const char *>(glGetString(GL_VERSION));
-    return QByteArray(version).startsWith("OpenGL ES")
-               ? QByteArray("#version 300 es\nprecision highp float;\n")
-               : QByteArray("#version 330 core\n");
-}
-
 unsigned compile(unsigned type, const QByteArray &source, QString *error)
 {
-    const QByteArray text = header() + source;
+    const QByteArray text = "#version 330 core\n" + source;
     const char *pointer = text.constData();
     const unsigned shader = glCreateShader(type);
     glShaderSource(shader, 1, &pointer, nullptr);
