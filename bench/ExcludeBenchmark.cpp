@@ -1,9 +1,9 @@
 // The exclude list with very many entries, and the chooser with very many applications.
 
+#include "fakes/FakeHostApplication.h"
 #include "foundation/plist/PropertyList.h"
 #include "pane/PaneDesktop.h"
 #include "pane/TarnwellPref.h"
-#include "ports/HostApplication.h"
 #include "ports/RunningApplications.h"
 #include "ports/Workspace.h"
 #include "ui/ApplicationChooser.h"
@@ -26,13 +26,6 @@ using namespace Qt::StringLiterals;
 using namespace tarnwell;
 
 namespace {
-
-class NoIcon final : public ports::HostApplication
-{
-public:
-    QIcon applicationIcon() const override { return {}; }
-    void setApplicationIcon(const QIcon &) override {}
-};
 
 void writeFile(const QString &path, const QByteArray &bytes)
 {
@@ -98,7 +91,7 @@ public:
     }
 
 private:
-    NoIcon m_icon;
+    fakes::FakeHostApplication m_icon;
     foundation::Bundle m_bundle;
     pane::PaneDesktop m_desktop;
 

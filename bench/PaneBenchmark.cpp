@@ -2,10 +2,10 @@
 // file, and how long the table takes to follow a refresh of the plug-in.
 
 #include "desktop/TestBus.h"
+#include "fakes/FakeHostApplication.h"
 #include "foundation/plist/PropertyList.h"
 #include "pane/PaneDesktop.h"
 #include "pane/TarnwellPref.h"
-#include "ports/HostApplication.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -28,13 +28,6 @@ using namespace Qt::StringLiterals;
 using namespace tarnwell;
 
 namespace {
-
-class NoIcon final : public ports::HostApplication
-{
-public:
-    QIcon applicationIcon() const override { return {}; }
-    void setApplicationIcon(const QIcon &) override {}
-};
 
 /// A home with so many applications, each with so many changed shortcuts.
 class LargeHome
@@ -83,7 +76,7 @@ public:
     }
 
 private:
-    NoIcon m_icon;
+    fakes::FakeHostApplication m_icon;
     foundation::Bundle m_bundle;
     pane::PaneDesktop m_desktop;
 

@@ -12,15 +12,18 @@ function(tarnwell_library folder)
     endif()
 endfunction()
 
-# tarnwell_test(<name> SOURCES ... [LINKS ...] [MOC] [NO_MAIN] [TIMEOUT seconds] [ENVIRONMENT ...])
+# tarnwell_test(<name> SOURCES ... [LINKS ...] [MOC] [X_SERVER] [NO_MAIN] [TIMEOUT seconds] [ENVIRONMENT ...])
 # A GoogleTest program that CTest runs as a whole. Its main() comes from tests/support and makes a
-# QGuiApplication or QApplication on the offscreen platform, unless NO_MAIN says that it brings its own.
+# QApplication on the offscreen platform; X_SERVER asks for one on an X server of the test's own, and
+# NO_MAIN says that the test brings its main().
 function(tarnwell_test name)
-    cmake_parse_arguments(ARG "MOC;NO_MAIN" "TIMEOUT" "SOURCES;LINKS;ENVIRONMENT" ${ARGN})
+    cmake_parse_arguments(ARG "MOC;X_SERVER;NO_MAIN" "TIMEOUT" "SOURCES;LINKS;ENVIRONMENT" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
     target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/platform)
     target_link_libraries(${name} PRIVATE ${ARG_LINKS} GTest::gtest)
-    if(NOT ARG_NO_MAIN)
+    if(ARG_X_SERVER)
+        target_link_libraries(${name} PRIVATE tarnwell_x_server_main)
+    elseif(NOT ARG_NO_MAIN)
         target_link_libraries(${name} PRIVATE tarnwell_test_main)
     endif()
     if(ARG_MOC)

@@ -3,9 +3,9 @@
 #include "desktop/ScreenWindowServer.h"
 #include "desktop/TestBus.h"
 #include "effects/QCView.h"
+#include "fakes/FakeHostApplication.h"
 #include "pane/PaneDesktop.h"
 #include "pane/TarnwellPref.h"
-#include "ports/HostApplication.h"
 
 #include <QApplication>
 #include <QDir>
@@ -25,13 +25,6 @@ using namespace Qt::StringLiterals;
 namespace tarnwell::tests {
 
 namespace {
-
-class NoIcon final : public ports::HostApplication
-{
-public:
-    QIcon applicationIcon() const override { return {}; }
-    void setApplicationIcon(const QIcon &) override {}
-};
 
 int colorsOf(const QImage &picture)
 {
@@ -55,7 +48,7 @@ TEST(RealPreview, PlaysEveryCompositionOfTheDemo)
     const QTemporaryDir folder;
     const QString home = folder.filePath(u"home"_s);
     ASSERT_EQ(QProcess::execute(u"cp"_s, {u"-r"_s, QStringLiteral(TARNWELL_DEMO_HOME), home}), 0);
-    NoIcon icon;
+    fakes::FakeHostApplication icon;
     const auto bundle = foundation::Bundle::open(QStringLiteral(TARNWELL_PANE_BUNDLE));
     ASSERT_TRUE(bundle);
     pane::PaneDesktop desktop({bundle->path(), home, u"/nowhere"_s, icon});
@@ -92,29 +85,3 @@ TEST(RealPreview, PlaysEveryCompositionOfTheDemo)
 }
 
 } // namespace tarnwell::tests
-
-int main(int argc, char **argv)
-{
-    testing::InitGoogleTest(&argc, argv);
-    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere");
-    QProcess server;
-    if (!QStandardPaths::findExecutable(QStringLiteral("Xvfb")).isEmpty()) {
-        server.start(QStringLiteral("Xvfb"),
-                     {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
-                      QStringLiteral("0"), QStringLiteral("1280x1024x24"),
-                      QStringLiteral("-noreset"), QStringLiteral("-nolisten"),
-                      QStringLiteral("tcp")});
-    }
-    if (server.waitForStarted() && server.waitForReadyRead()) {
-        qputenv("DISPLAY", ':' + server.readLine().trimmed());
-        qputenv("QT_QPA_PLATFORM", "xcb");
-    }
-    int result = 0;
-    {
-        QApplication application(argc, argv);
-        result = RUN_ALL_TESTS();
-    }
-    server.terminate();
-    server.waitForFinished();
-    return result;
-}

@@ -1,10 +1,10 @@
 // The pane on real files and a real bus: the plug-in's part is played by other processes.
 
 #include "desktop/TestBus.h"
+#include "fakes/FakeHostApplication.h"
 #include "foundation/plist/PropertyList.h"
 #include "pane/PaneDesktop.h"
 #include "pane/TarnwellPref.h"
-#include "ports/HostApplication.h"
 #include "support/TemporaryHome.h"
 
 #include <QCheckBox>
@@ -25,13 +25,6 @@ using namespace Qt::StringLiterals;
 namespace tarnwell::tests {
 
 namespace {
-
-class NoIcon final : public ports::HostApplication
-{
-public:
-    QIcon applicationIcon() const override { return {}; }
-    void setApplicationIcon(const QIcon &) override {}
-};
 
 /// Writes the domain as the plug-in would, by another implementation of the format.
 const char *const plistlibWriter = R"(
@@ -98,14 +91,14 @@ protected:
 
     TestBus bus;
     TemporaryHome home;
-    NoIcon icon;
+    fakes::FakeHostApplication icon;
 };
 
 /// A pane as its bundle makes it, up to the first showing.
 class OpenPane
 {
 public:
-    OpenPane(const TemporaryHome &home, NoIcon &icon)
+    OpenPane(const TemporaryHome &home, fakes::FakeHostApplication &icon)
         : m_bundle(*foundation::Bundle::open(QStringLiteral(TARNWELL_PANE_BUNDLE)))
         , m_desktop({m_bundle.path(), home.home(), home.root(), icon})
         , pane(m_desktop.ports(), m_desktop.identityCache(), m_bundle)

@@ -2,9 +2,9 @@
 // key presses, shows in the pane, works, is restored in the pane, and the tutorial follows.
 
 #include "desktop/TestBus.h"
+#include "fakes/FakeHostApplication.h"
 #include "pane/PaneDesktop.h"
 #include "pane/TarnwellPref.h"
-#include "ports/HostApplication.h"
 #include "support/TemporaryHome.h"
 
 #include <QApplication>
@@ -22,13 +22,6 @@ using namespace Qt::StringLiterals;
 namespace tarnwell::tests {
 
 namespace {
-
-class NoIcon final : public ports::HostApplication
-{
-public:
-    QIcon applicationIcon() const override { return {}; }
-    void setApplicationIcon(const QIcon &) override {}
-};
 
 /// The tutorial as a process, and what it tells of itself.
 class Tutorial
@@ -79,7 +72,7 @@ protected:
 
     TestBus bus;
     TemporaryHome home;
-    NoIcon icon;
+    fakes::FakeHostApplication icon;
 };
 
 TEST_F(TutorialRoad, AssignedShownUsedRestoredFollowed)

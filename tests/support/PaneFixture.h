@@ -111,8 +111,7 @@ protected:
     fakes::FakeClock clock;
     fakes::FakeTimers timers;
     fakes::FakeSystemFacts systemFacts;
-    fakes::HostApplicationControl hostControl;
-    fakes::FakeHostApplication hostApplication{hostControl};
+    fakes::FakeHostApplication hostApplication;
     fakes::SheetsControl sheetsControl;
     fakes::FakeSheets sheets{sheetsControl};
     fakes::FakeOpenPanel openPanel;

@@ -2,13 +2,13 @@
 
 #include "desktop/CapturedLog.h"
 #include "desktop/TestBus.h"
+#include "fakes/FakeHostApplication.h"
 #include "fakes/FakeSystemFacts.h"
 #include "fakes/FakeTimers.h"
 #include "foundation/plist/PropertyList.h"
 #include "pane/PaneDesktop.h"
 #include "pane/TarnwellPref.h"
 #include "ports/Clock.h"
-#include "ports/HostApplication.h"
 #include "ports/NotificationCenter.h"
 #include "ports/Preferences.h"
 #include "prefs/PreferenceKeys.h"
@@ -30,13 +30,6 @@ using namespace Qt::StringLiterals;
 namespace tarnwell::tests {
 
 namespace {
-
-class NoIcon final : public ports::HostApplication
-{
-public:
-    QIcon applicationIcon() const override { return {}; }
-    void setApplicationIcon(const QIcon &) override {}
-};
 
 ports::Desktop withTimersAndFacts(const ports::Desktop &real, ports::Timers &timers,
                                   ports::SystemFacts &facts)
@@ -114,7 +107,7 @@ public:
     fakes::FakeSystemFacts facts;
 
 private:
-    NoIcon m_icon;
+    fakes::FakeHostApplication m_icon;
     foundation::Bundle m_bundle;
     pane::PaneDesktop m_desktop;
     std::unique_ptr<QWidget> m_view; // outlives the pane
@@ -321,7 +314,7 @@ TEST_P(DiskFaults, HarmNobodysFile)
     if (!fault.script.isNull())
         useScript(fault.script.toUtf8(), fault.isExecutable);
 
-    NoIcon icon;
+    fakes::FakeHostApplication icon;
     pane::PaneDesktop desktop(
         {QStringLiteral(TARNWELL_PANE_BUNDLE), disk.home(), disk.root(), icon});
     const ports::Desktop ports = desktop.ports();
