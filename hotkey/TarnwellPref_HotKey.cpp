@@ -146,12 +146,8 @@ void TarnwellPref::storeHotKey()
         return;
     const auto wrapper = preferences();
     hotkey::storeHotKey(*wrapper, hotkey::hotKeyFor(*event));
-    const bool isStored = wrapper->synchronize();
+    wrapper->synchronize();
     updateMenuAccText(menuAccHotKey());
-    if (!isStored) {
-        showMessage(localized("The hot key could not be stored"),
-                    localized("It will be as before when the settings are opened again."));
-    }
 }
 
 } // namespace tarnwell::pane

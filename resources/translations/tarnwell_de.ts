@@ -1315,14 +1315,6 @@
         <source>Add Control, Option or Command</source>
         <translation>Zusammen mit Steuerung, Alt oder Super drücken</translation>
     </message>
-    <message>
-        <source>The hot key could not be stored</source>
-        <translation>Das Tastenkürzel konnte nicht gespeichert werden</translation>
-    </message>
-    <message>
-        <source>It will be as before when the settings are opened again.</source>
-        <translation>Beim nächsten Öffnen der Einstellungen ist es wieder das alte.</translation>
-    </message>
 </context>
 <context>
     <name>tarnwell::exclude::ExcludeTableModel</name>
