@@ -271,6 +271,8 @@ private:
     void setUpShortcutTable();
     std::optional<shortcuts::ShortcutRow> selectedShortcut() const;
     void rebuildPopupKeepingSelection();
+    void showDisabled(const prefs::CFPreferencesWrapper_Tarnwell &wrapper);
+    void showMenuAccEnabled(const prefs::CFPreferencesWrapper_Tarnwell &wrapper);
     /// Shows what another process may have changed, shortcuts apart.
     void showStoredOptions();
     /// Says why changes are not stored; an empty reason when all are.

@@ -90,8 +90,7 @@ void TarnwellPref::awakeFromNib()
     } else {
         setUpHotKeySheet();
         updateMenuAccText(menuAccHotKey());
-        menuAccEnabled()->setChecked(!wrapper->keyExist(prefs::keys::menuAcceleratorEnabled) ||
-                                     wrapper->boolForKey(prefs::keys::menuAcceleratorEnabled));
+        showMenuAccEnabled(*wrapper);
     }
 
     makeUpdateController();
@@ -132,9 +131,7 @@ void TarnwellPref::mainViewDidLoad()
         });
 
     const auto wrapper = preferences();
-    const bool disabled = wrapper->boolForKey(prefs::keys::disabled);
-    enabledCheckbox()->setChecked(!disabled);
-    tutButton()->setEnabled(!disabled);
+    showDisabled(*wrapper);
     setAskedAboutTutorial(wrapper->boolForKey(prefs::keys::dontShowTutorialSheet));
     ieHideCheckbox()->setChecked(wrapper->boolForKey(prefs::keys::hidePredefinedExcludeListItems));
     ieInternetCheckbox()->setChecked(!wrapper->boolForKey(prefs::keys::excludeListNoInternetSync));
@@ -177,16 +174,26 @@ void TarnwellPref::applicationDidBecomeActive(const ports::Notification &)
     refreshEffects();
 }
 
+void TarnwellPref::showDisabled(const prefs::CFPreferencesWrapper_Tarnwell &wrapper)
+{
+    const bool disabled = wrapper.boolForKey(prefs::keys::disabled);
+    enabledCheckbox()->setChecked(!disabled);
+    tutButton()->setEnabled(!disabled);
+}
+
+void TarnwellPref::showMenuAccEnabled(const prefs::CFPreferencesWrapper_Tarnwell &wrapper)
+{
+    menuAccEnabled()->setChecked(!wrapper.keyExist(prefs::keys::menuAcceleratorEnabled) ||
+                                 wrapper.boolForKey(prefs::keys::menuAcceleratorEnabled));
+}
+
 void TarnwellPref::showStoredOptions()
 {
     const auto wrapper = preferences();
-    const bool disabled = wrapper->boolForKey(prefs::keys::disabled);
-    enabledCheckbox()->setChecked(!disabled);
-    tutButton()->setEnabled(!disabled);
+    showDisabled(*wrapper);
     if (!menuAccEnabled()->isEnabled())
         return;
-    menuAccEnabled()->setChecked(!wrapper->keyExist(prefs::keys::menuAcceleratorEnabled) ||
-                                 wrapper->boolForKey(prefs::keys::menuAcceleratorEnabled));
+    showMenuAccEnabled(*wrapper);
     if (hotkey::storedHotKey(*wrapper))
         updateMenuAccText(menuAccHotKey());
 }
