@@ -12,17 +12,18 @@ function(tarnwell_library folder)
     endif()
 endfunction()
 
-# tarnwell_test(<name> SOURCES ... [LINKS ...] [MOC] [X_SERVER] [NO_MAIN] [TIMEOUT seconds] [ENVIRONMENT ...])
+# tarnwell_test(<name> SOURCES ... [LINKS ...] [MOC] [NO_MAIN]
+#     [ON XServer|Wayland] [TIMEOUT seconds] [ENVIRONMENT ...])
 # A GoogleTest program that CTest runs as a whole. Its main() comes from tests/support and makes a
-# QApplication on the offscreen platform; X_SERVER asks for one on an X server of the test's own, and
-# NO_MAIN says that the test brings its main().
+# QApplication on the offscreen platform, or ON a display server of the test's own, unless NO_MAIN says
+# that the test brings its main().
 function(tarnwell_test name)
-    cmake_parse_arguments(ARG "MOC;X_SERVER;NO_MAIN" "TIMEOUT" "SOURCES;LINKS;ENVIRONMENT" ${ARGN})
+    cmake_parse_arguments(ARG "MOC;NO_MAIN" "ON;TIMEOUT" "SOURCES;LINKS;ENVIRONMENT" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
     target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/platform)
     target_link_libraries(${name} PRIVATE ${ARG_LINKS} GTest::gtest)
-    if(ARG_X_SERVER)
-        target_link_libraries(${name} PRIVATE tarnwell_x_server_main)
+    if(ARG_ON)
+        target_link_libraries(${name} PRIVATE tarnwell_test_main_${ARG_ON})
     elseif(NOT ARG_NO_MAIN)
         target_link_libraries(${name} PRIVATE tarnwell_test_main)
     endif()
@@ -61,4 +62,21 @@ function(tarnwell_fuzz_target name)
             set_tests_properties(${name}_corpus PROPERTIES TIMEOUT 120)
         endif()
     endif()
+endfunction()
+
+# tarnwell_wayland_protocol(<name> <description>)
+# The client's half of a Wayland protocol, translated from its XML description: the library
+# tarnwell_wayland_<name>, included as "<name>-client.h".
+function(tarnwell_wayland_protocol name description)
+    set(folder ${CMAKE_CURRENT_BINARY_DIR}/wayland)
+    file(MAKE_DIRECTORY ${folder})
+    add_custom_command(
+        OUTPUT ${folder}/${name}-client.h ${folder}/${name}.c
+        COMMAND ${WAYLAND_SCANNER} client-header ${description} ${folder}/${name}-client.h
+        COMMAND ${WAYLAND_SCANNER} private-code ${description} ${folder}/${name}.c
+        DEPENDS ${description}
+        VERBATIM)
+    add_library(tarnwell_wayland_${name} STATIC ${folder}/${name}.c ${folder}/${name}-client.h)
+    target_include_directories(tarnwell_wayland_${name} SYSTEM PUBLIC ${folder})
+    target_link_libraries(tarnwell_wayland_${name} PUBLIC PkgConfig::WAYLAND_CLIENT)
 endfunction()

@@ -4,12 +4,9 @@
 #include "hotkey/LiTextField.h"
 
 #include <QContextMenuEvent>
-#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLayout>
 #include <QWindow>
-
-using namespace Qt::StringLiterals;
 
 namespace tarnwell::hotkey {
 
@@ -57,11 +54,11 @@ bool LiWindow::event(QEvent *event)
 {
     switch (event->type()) {
     case QEvent::WindowActivate:
-        grabKeyboardOfDisplay(true);
+        inhibitShortcuts();
         break;
     case QEvent::WindowDeactivate:
     case QEvent::Hide:
-        grabKeyboardOfDisplay(false);
+        m_inhibition.reset();
         break;
     case QEvent::KeyPress:
     case QEvent::ShortcutOverride:
@@ -134,13 +131,10 @@ bool LiWindow::takesKey(QObject *focus, QKeyEvent &press)
     return true;
 }
 
-void LiWindow::grabKeyboardOfDisplay(bool on)
+void LiWindow::inhibitShortcuts()
 {
-    // Elsewhere than under X11 the toolkit can't, and complains.
-    if (on == m_hasKeyboard || !windowHandle() || QGuiApplication::platformName() != "xcb"_L1)
-        return;
-    const bool isDone = windowHandle()->setKeyboardGrabEnabled(on);
-    m_hasKeyboard = on && isDone;
+    if (!m_inhibition && m_prefPane && windowHandle())
+        m_inhibition = m_prefPane->windowServer().inhibitShortcuts(*windowHandle());
 }
 
 } // namespace tarnwell::hotkey

@@ -2,6 +2,7 @@
 
 #include "hotkey/HotKey.h"
 #include "hotkey/KeyEvent.h"
+#include "ports/WindowServer.h"
 
 #include <QDialog>
 
@@ -23,12 +24,14 @@ public:
     /// The field that shows what is recorded; may be null.
     virtual LiTextField *hotKeyField() const = 0;
     virtual const ports::KeyboardLayouts &keyboardLayouts() const = 0;
+    virtual ports::WindowServer &windowServer() const = 0;
 };
 
 /// The sheet that records a hot key.
 ///
 /// While it is up it is offered every key before the control with the focus, so that nothing else
-/// is set off by a key that it takes; under X11 that goes for keys of the desktop, too.
+/// is set off by a key that it takes. Where the display system allows it, that goes for keys of the
+/// desktop, too.
 class LiWindow : public QDialog
 {
     Q_OBJECT
@@ -62,12 +65,12 @@ protected:
 
 private:
     bool takesKey(QObject *focus, QKeyEvent &press);
-    void grabKeyboardOfDisplay(bool on);
+    void inhibitShortcuts();
     void growToContents();
 
     std::shared_ptr<HotKeyPane> m_prefPane; ///< without an owner when it is borrowed
     std::optional<KeyEvent> m_hkEvent;
-    bool m_hasKeyboard = false;
+    std::unique_ptr<ports::ShortcutInhibition> m_inhibition; ///< while the window is active
 };
 
 } // namespace tarnwell::hotkey

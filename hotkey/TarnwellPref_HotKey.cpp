@@ -21,24 +21,28 @@ namespace {
 class SheetPane final : public hotkey::HotKeyPane
 {
 public:
-    SheetPane(const TarnwellPref &pane, const ports::KeyboardLayouts &layouts)
+    SheetPane(const TarnwellPref &pane, const ports::Desktop &desktop)
         : m_pane(pane)
-        , m_layouts(layouts)
+        , m_desktop(desktop)
     {}
 
     hotkey::LiTextField *hotKeyField() const override { return m_pane.hotKeyField(); }
-    const ports::KeyboardLayouts &keyboardLayouts() const override { return m_layouts; }
+    const ports::KeyboardLayouts &keyboardLayouts() const override
+    {
+        return m_desktop.keyboardLayouts;
+    }
+    ports::WindowServer &windowServer() const override { return m_desktop.windowServer; }
 
 private:
     const TarnwellPref &m_pane; // owns the sheet, which shares this
-    const ports::KeyboardLayouts &m_layouts;
+    ports::Desktop m_desktop;
 };
 
 } // namespace
 
 void TarnwellPref::setUpHotKeySheet()
 {
-    hotkeySheet()->setPrefpane(std::make_shared<SheetPane>(*this, m_desktop.keyboardLayouts));
+    hotkeySheet()->setPrefpane(std::make_shared<SheetPane>(*this, m_desktop));
     connect(hotkeySheet(), &hotkey::LiWindow::keyAccepted, this, &TarnwellPref::showRecordedHotKey);
     connect(hotkeySheet(), &hotkey::LiWindow::keyRefused, this, &TarnwellPref::explainRefusedKey);
     connect(&m_desktop.keyboardLayouts, &ports::KeyboardLayouts::currentKeyboardLayoutChanged, this,

@@ -1,9 +1,13 @@
 #include "desktop/ScreenWindowServer.h"
 
+#include "desktop/WaylandShortcuts.h"
+
 #include <QGuiApplication>
 #include <QOffscreenSurface>
 #include <QOpenGLContext>
+#include <QPointer>
 #include <QScreen>
+#include <QWindow>
 
 namespace tarnwell::desktop {
 
@@ -35,6 +39,22 @@ bool canMakeContext()
     return isEnough;
 }
 
+class KeyboardGrab final : public ports::ShortcutInhibition
+{
+public:
+    explicit KeyboardGrab(QWindow &window)
+        : m_window(&window)
+    {}
+    ~KeyboardGrab() override
+    {
+        if (m_window)
+            m_window->setKeyboardGrabEnabled(false);
+    }
+
+private:
+    QPointer<QWindow> m_window;
+};
+
 } // namespace
 
 bool ScreenWindowServer::canPlayCompositions() const
@@ -42,6 +62,15 @@ bool ScreenWindowServer::canPlayCompositions() const
     if (!m_canPlay)
         m_canPlay = canMakeContext();
     return *m_canPlay;
+}
+
+std::unique_ptr<ports::ShortcutInhibition> ScreenWindowServer::inhibitShortcuts(QWindow &window)
+{
+    if (QGuiApplication::platformName() != "xcb"_L1)
+        return inhibitWaylandShortcuts(window);
+    if (!window.setKeyboardGrabEnabled(true))
+        return nullptr;
+    return std::make_unique<KeyboardGrab>(window);
 }
 
 } // namespace tarnwell::desktop

@@ -11,6 +11,7 @@ class ScreenWindowServer final : public ports::WindowServer
 {
 public:
     bool canPlayCompositions() const override;
+    std::unique_ptr<ports::ShortcutInhibition> inhibitShortcuts(QWindow &window) override;
 
 private:
     mutable std::optional<bool> m_canPlay;

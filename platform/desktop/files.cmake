@@ -1,1 +1,1 @@
-list(APPEND desktop_sources LocalFileStore.cpp LocalFolders.cpp ScreenWindowServer.cpp)
+list(APPEND desktop_sources LocalFileStore.cpp LocalFolders.cpp)

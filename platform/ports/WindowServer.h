@@ -1,6 +1,17 @@
 #pragma once
 
+#include <memory>
+
+class QWindow;
+
 namespace tarnwell::ports {
+
+/// As long as it exists, a window is given the keys that the desktop otherwise keeps to itself.
+class ShortcutInhibition
+{
+public:
+    virtual ~ShortcutInhibition() = default;
+};
 
 /// The display system that shows the pane.
 class WindowServer
@@ -11,6 +22,11 @@ public:
     /// Whether this display can play compositions. The first answer may take a tenth of a second;
     /// it is the answer to all later questions.
     virtual bool canPlayCompositions() const = 0;
+
+    /// Gives a window that is active the desktop's own shortcuts, too. Null where the display
+    /// system lets nobody have them, and then they stay with the desktop. A window may have one
+    /// inhibition at a time; it must not be kept when the window is no longer active.
+    virtual std::unique_ptr<ShortcutInhibition> inhibitShortcuts(QWindow &window) = 0;
 };
 
 } // namespace tarnwell::ports

@@ -9,7 +9,7 @@ tarnwell_test(keyboard_database_test
 tarnwell_test(keyboard_x11_test
     SOURCES ${CMAKE_CURRENT_LIST_DIR}/X11KeyboardTest.cpp
     LINKS tarnwell_desktop tarnwell_fakes Qt6::Test
-    X_SERVER)
+    ON XServer)
 tarnwell_test(keyboard_locale_test
     SOURCES ${CMAKE_CURRENT_LIST_DIR}/LocaleServiceTest.cpp
     LINKS tarnwell_desktop tarnwell_fakes Qt6::Test)

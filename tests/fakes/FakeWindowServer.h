@@ -22,6 +22,10 @@ public:
         ++m_control.questions;
         return m_control.canPlayCompositions;
     }
+    std::unique_ptr<ports::ShortcutInhibition> inhibitShortcuts(QWindow &) override
+    {
+        return nullptr;
+    }
 
 private:
     mutable FakeWindowServerControl m_control;

@@ -2,6 +2,7 @@
 
 #include "desktop/CapturedLog.h"
 #include "fakes/FakeKeyboardLayouts.h"
+#include "fakes/FakeWindowServer.h"
 #include "hotkey/LiTextField.h"
 #include "hotkey/LiTextFieldCell.h"
 #include "hotkey/LiTextView.h"
@@ -26,10 +27,12 @@ public:
 
     LiTextField *hotKeyField() const override { return m_field; }
     const ports::KeyboardLayouts &keyboardLayouts() const override { return m_layouts; }
+    ports::WindowServer &windowServer() const override { return m_windowServer; }
 
 private:
     LiTextField *m_field;
     const ports::KeyboardLayouts &m_layouts;
+    mutable fakes::FakeWindowServer m_windowServer;
 };
 
 TEST(LiWindow, SharesThePaneOrBorrowsIt)

@@ -1,26 +1,17 @@
 // The pane on a real X server, with layouts of setxkbmap and keys as a keyboard sends them.
 
+#include "RealSheet.h"
 #include "XKeys.h"
 #include "desktop/TestBus.h"
-#include "fakes/FakeHostApplication.h"
-#include "foundation/plist/PropertyList.h"
 #include "hotkey/LiTextField.h"
 #include "hotkey/LiWindow.h"
-#include "pane/PaneDesktop.h"
-#include "pane/TarnwellPref.h"
 #include "ports/KeyboardLayouts.h"
 #include "support/RowName.h"
-#include "support/TemporaryHome.h"
 
 #include <QApplication>
 #include <QLabel>
 #include <QProcess>
-#include <QPushButton>
-#include <QSignalSpy>
 #include <QStandardPaths>
-#include <QWindow>
-
-#include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
 
@@ -52,7 +43,7 @@ QString markOf(quint32 menuModifiers)
 
 } // namespace
 
-class RealKeys : public testing::Test
+class RealKeys : public RealSheet
 {
 protected:
     void SetUp() override
@@ -61,12 +52,11 @@ protected:
             QStandardPaths::findExecutable(u"setxkbmap"_s).isEmpty())
             GTEST_SKIP() << "Xvfb or setxkbmap is not installed";
         useLayout({u"us"_s});
-        home.makeFolder(u"~/Library/Preferences"_s);
+        RealSheet::SetUp();
     }
     void TearDown() override
     {
-        pane.reset();
-        view.reset();
+        RealSheet::TearDown();
         if (isOn(capsLockKey))
             keys.press({capsLockKey});
         if (isOn(numLockKey))
@@ -79,63 +69,13 @@ protected:
         ASSERT_EQ(QProcess::execute(u"setxkbmap"_s, arguments), 0);
     }
 
-    void showPane()
-    {
-        const auto bundle = foundation::Bundle::open(QStringLiteral(TARNWELL_PANE_BUNDLE));
-        ASSERT_TRUE(bundle);
-        desktop = std::make_unique<pane::PaneDesktop>(
-            ui::PaneContext{bundle->path(), home.home(), home.root(), icon});
-        pane = std::make_unique<pane::TarnwellPref>(desktop->ports(), desktop->identityCache(),
-                                                    *bundle);
-        QString error;
-        view.reset(pane->loadMainView(&error));
-        ASSERT_TRUE(view) << qPrintable(error);
-        pane->mainViewDidLoad();
-        view->show();
-    }
-
-    /// There is no window manager that would give the sheet the focus, and the window below it
-    /// afterwards.
-    void openSheet()
-    {
-        pane->setMenuAccHKButton()->click();
-        ASSERT_TRUE(waitUntil([this] {
-            const QWindow *const window = pane->hotkeySheet()->windowHandle();
-            return window && window->isExposed();
-        }));
-        pane->hotkeySheet()->activateWindow();
-        ASSERT_TRUE(waitUntil([this] { return pane->hotkeySheet()->isActiveWindow(); }));
-    }
-
-    /// Presses keys together, and waits until the sheet has decided about the last.
     void pressAndWait(const QList<quint8> &codes)
     {
-        QSignalSpy accepted(pane->hotkeySheet(), &hotkey::LiWindow::keyAccepted);
-        QSignalSpy refused(pane->hotkeySheet(), &hotkey::LiWindow::keyRefused);
-        keys.press(codes);
-        ASSERT_TRUE(waitUntil([&] { return accepted.count() + refused.count() > 0; }));
+        waitForVerdictAfter([&] { keys.press(codes); });
     }
-
     void endSheetBy(quint8 code)
     {
-        keys.press({code});
-        ASSERT_TRUE(waitUntil([this] { return !pane->hotkeySheet()->isVisible(); }));
-        view->activateWindow();
-        ASSERT_TRUE(waitUntil([this] { return view->isActiveWindow(); }));
-    }
-
-    plist::Dictionary storedDomain() const
-    {
-        QFile file(home.path(u"~/Library/Preferences/com.varnit.tarnwell.plist"_s));
-        if (!file.open(QIODevice::ReadOnly))
-            return {};
-        return plist::read(file.readAll()).toDictionary();
-    }
-    void expectStored(int keyCode, quint32 modifiers) const
-    {
-        const plist::Dictionary domain = storedDomain();
-        EXPECT_EQ(domain.value(u"MenuAccKeyCode"_s), plist::Value(keyCode));
-        EXPECT_EQ(domain.value(u"MenuAccMods"_s), plist::Value(qint64{modifiers}));
+        waitForEndAfter([&] { keys.press({code}); });
     }
 
     bool isOn(quint8 lockKey) const
@@ -144,11 +84,6 @@ protected:
     }
 
     XKeys keys;
-    TemporaryHome home;
-    fakes::FakeHostApplication icon;
-    std::unique_ptr<pane::PaneDesktop> desktop;
-    std::unique_ptr<QWidget> view;
-    std::unique_ptr<pane::TarnwellPref> pane;
 };
 
 // --- layouts and modifiers --------------------------------------------------------------------
