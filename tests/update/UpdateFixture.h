@@ -57,11 +57,6 @@ protected:
                 systemFacts, session,      lockFiles,   state};
     }
 
-    void store(const QString &key, const plist::Value &value)
-    {
-        preferences.control().setStoredValue(key, value, moduleID);
-    }
-    plist::Value seen(const QString &key) const { return preferences.copyAppValue(key, moduleID); }
     const QList<fakes::FakeApplicationsControl::Opened> &opened()
     {
         return applications.control().opened;
