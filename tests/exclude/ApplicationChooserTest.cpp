@@ -11,7 +11,6 @@
 #include <QAbstractItemModelTester>
 #include <QApplication>
 #include <QDialog>
-#include <QElapsedTimer>
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
@@ -26,26 +25,6 @@ using namespace Qt::StringLiterals;
 namespace tarnwell::tests {
 
 namespace {
-
-/// Counts how many icons are asked for.
-class CountingWorkspace final : public ports::Workspace
-{
-public:
-    QIcon iconForFile(const QString &) const override
-    {
-        ++asked;
-        return m_icon;
-    }
-    QIcon iconForFileType(const QString &) const override { return m_icon; }
-    QIcon iconFromImageFile(const QString &) const override { return m_icon; }
-    bool openFile(const QString &) override { return false; }
-    bool openUrl(const QUrl &) override { return false; }
-
-    mutable int asked = 0;
-
-private:
-    QIcon m_icon{QPixmap(16, 16)};
-};
 
 ports::ApplicationPanel severalApplications()
 {
@@ -117,7 +96,7 @@ protected:
     fakes::FakeHome home;
     fakes::FakeApplications applications{home};
     fakes::FakeRunningApplications running;
-    CountingWorkspace workspace;
+    fakes::FakeWorkspace workspace{home};
     QWidget window;
     ui::WidgetSheets sheets;
     ui::WidgetOpenPanel openPanel{sheets, applications, running, workspace};
@@ -129,8 +108,6 @@ TEST_F(ApplicationChooser, ShowsTheRunningOnesFirst)
 {
     begin();
     EXPECT_EQ(shown(), (QStringList{u"quill"_s, u"brush"_s, u"Inks"_s, u"Pens"_s}));
-    EXPECT_EQ(find<QDialog>("applicationChooser")->windowTitle(), u"Choose an Application"_s);
-    EXPECT_EQ(find<QPushButton>("confirmButton")->text(), u"Add"_s);
     EXPECT_FALSE(find<QPushButton>("confirmButton")->isEnabled());
     const QModelIndex first = find<QListView>("applicationList")->model()->index(0, 0);
     EXPECT_EQ(first.data(Qt::AccessibleTextRole).toString(), u"quill, running"_s);
@@ -178,17 +155,16 @@ TEST_F(ApplicationChooser, ArrowsLeadFromTheSearchIntoTheList)
 
 TEST_F(ApplicationChooser, EndsWithNothingWhenTheUserGivesUp)
 {
-    for (int round = 0; round < 3; ++round) {
+    const std::function<void()> ways[] = {
+        [this] { press("cancelButton"); },
+        [this] { QTest::keyClick(find<QDialog>("applicationChooser"), Qt::Key_Escape); },
+        [this] { window.hide(); }};
+    for (const auto &giveUp : ways) {
         begin();
         tick(0);
-        if (round == 0)
-            press("cancelButton");
-        else if (round == 1)
-            QTest::keyClick(find<QDialog>("applicationChooser"), Qt::Key_Escape);
-        else
-            window.hide();
+        giveUp();
         QApplication::processEvents();
-        EXPECT_EQ(codes, QList<int>(round + 1, 0));
+        EXPECT_EQ(std::exchange(codes, {}), QList<int>{0});
         EXPECT_TRUE(chosen.isEmpty());
     }
 }
@@ -214,12 +190,12 @@ TEST_F(ApplicationChooser, HundredsOfApplicationsLoadOnlyTheIconsThatShow)
     EXPECT_EQ(shown().size(), 804);
     auto *list = find<QListView>("applicationList");
     list->grab();
-    const int onePage = workspace.asked;
+    const qsizetype onePage = workspace.control().iconsAskedFor();
     EXPECT_GT(onePage, 0);
     EXPECT_LT(onePage, 40);
     list->scrollToBottom();
     list->grab();
-    EXPECT_LE(workspace.asked, 2 * onePage + 2);
+    EXPECT_LE(workspace.control().iconsAskedFor(), 2 * onePage + 2);
     const QAbstractItemModelTester tester(list->model());
 }
 
@@ -278,30 +254,28 @@ TEST_F(ApplicationChooser, FilesAreChosenToOpenAndToSave)
     const QString file = disk.write(u"/list.plist"_s, "");
     QStringList paths;
     const auto didEnd = [&paths](const QString &path) { paths.append(path); };
+    const auto type = [&](const char *dialogName, const QString &name) {
+        QApplication::processEvents();
+        auto *dialog = find<QFileDialog>(dialogName);
+        ASSERT_TRUE(dialog);
+        dialog->setDirectory(disk.root());
+        if (!name.isEmpty())
+            dialog->findChild<QLineEdit *>(u"fileNameEdit"_s)->setText(name);
+        static_cast<QDialog *>(dialog)->accept();
+        QApplication::processEvents();
+    };
     openPanel.chooseFileToOpen(u"Open"_s, {u"Lists (*.plist)"_s}, &window, didEnd);
-    QApplication::processEvents();
-    auto *open = find<QFileDialog>("fileToOpen");
-    ASSERT_TRUE(open);
-    open->setDirectory(disk.root());
-    open->findChild<QLineEdit *>(u"fileNameEdit"_s)->setText(u"list.plist"_s);
-    static_cast<QDialog *>(open)->accept();
-    QApplication::processEvents();
-
-    openPanel.chooseFileToSave(u"Save"_s, u"Exclude List.plist"_s, &window, didEnd);
-    QApplication::processEvents();
-    auto *save = find<QFileDialog>("fileToSave");
-    ASSERT_TRUE(save);
-    save->setDirectory(disk.root());
-    EXPECT_EQ(save->findChild<QLineEdit *>(u"fileNameEdit"_s)->text(), u"Exclude List.plist"_s);
-    save->findChild<QLineEdit *>(u"fileNameEdit"_s)->setText(u"mine"_s);
-    static_cast<QDialog *>(save)->accept();
-    QApplication::processEvents();
-
+    type("fileToOpen", u"list.plist"_s);
+    openPanel.chooseFileToSave(u"Save"_s, u"Suggested.plist"_s, &window, didEnd);
+    type("fileToSave", {});
+    openPanel.chooseFileToSave(u"Save"_s, u"Suggested.plist"_s, &window, didEnd);
+    type("fileToSave", u"mine"_s);
     openPanel.chooseFileToOpen(u"Open"_s, {}, &window, didEnd);
     QApplication::processEvents();
     find<QFileDialog>("fileToOpen")->reject();
     QApplication::processEvents();
-    EXPECT_EQ(paths, (QStringList{file, disk.path(u"/mine.plist"_s), QString()}));
+    EXPECT_EQ(paths, (QStringList{file, disk.path(u"/Suggested.plist"_s),
+                                  disk.path(u"/mine.plist"_s), QString()}));
 }
 
 } // namespace tarnwell::tests

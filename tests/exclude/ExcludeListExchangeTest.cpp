@@ -61,7 +61,6 @@ struct Damage
 };
 
 const Damage damages[] = {
-    {"Empty", "", u"damaged: "_s},
     {"Cut", bytesOf(exportedFile(plist::Array{own(u"a"_s)})).chopped(40), u"damaged: "_s},
     {"BareList", plist::write(plist::Value(plist::Array{own(u"a"_s)}), plist::Format::Xml),
      u"no exclude list"_s},
@@ -74,8 +73,6 @@ const Damage damages[] = {
      u"entry 2 cannot be used, because it is not a record"_s},
     {"NoIdentifier", bytesOf(exportedFile(plist::Array{changed(own(u"a"_s), u"ID"_s, {})})),
      u"entry 1 cannot be used, because it has no \"ID\""_s},
-    {"EmptyIdentifier", bytesOf(exportedFile(plist::Array{changed(own(u"a"_s), u"ID"_s, u""_s)})),
-     u"it has no \"ID\""_s},
     {"WrongKind", bytesOf(exportedFile(plist::Array{changed(own(u"a"_s), u"Path"_s, 7)})),
      u"\"Path\" is of the wrong kind"_s},
     {"Predefined", bytesOf(exportedFile(plist::Array{changed(own(u"a"_s), u"Hardcoded"_s, true)})),

@@ -94,7 +94,6 @@ struct StoredValue
 const plist::Value text = u"no record"_s;
 const plist::Value number = 7;
 const plist::Value noIdentifier = plist::Dictionary{{u"Path"_s, u"/Applications/Lost.app"_s}};
-const plist::Value numericIdentifier = plist::Dictionary{{u"ID"_s, 7}};
 const plist::Value a = listed(u"a"_s);
 const plist::Value again = listed(u"a"_s, u"again"_s);
 const plist::Value b = listed(u"b"_s);
@@ -108,8 +107,6 @@ const StoredValue storedValues[] = {
     {"CaseMatters", plist::Array{a}, u"A"_s, plist::Array{a}, false, 2},
     {"NoIdentifierGiven", plist::Array{noIdentifier, a}, QString(), plist::Array{noIdentifier, a},
      false, 3},
-    {"NumericIdentifier", plist::Array{numericIdentifier}, u"7"_s, plist::Array{numericIdentifier},
-     false, 2},
     {"ElementsOfOtherTypesStay", plist::Array{text, number, noIdentifier, a}, u"a"_s,
      plist::Array{text, number, noIdentifier}, true, 5},
     {"NoListIsNotTouched", text, u"a"_s, {}, false, 2},
@@ -148,8 +145,6 @@ TEST_F(ExcludeStore, OfABundleAsksForItsIdentifier)
     add(pens);
     EXPECT_TRUE(exclude::IsBundleExcluded(context, preferences, domain, pens));
     EXPECT_FALSE(exclude::IsBundleExcluded(context, preferences, domain, inks));
-    EXPECT_FALSE(exclude::IsBundleExcluded(context, preferences, domain,
-                                           prefs::ApplicationReference::mainBundle()));
     EXPECT_FALSE(exclude::IsBundleExcluded(context, preferences, domain,
                                            prefs::ApplicationReference::global()));
     preferences.control().clearRecord();

@@ -12,9 +12,21 @@ import sys
 import time
 from http.server import BaseHTTPRequestHandler, ThreadingHTTPServer
 
-RECORDS = [{"ID": "com.example.scribe", "DisplayName": "Scribe", "Hardcoded": True}]
+RECORDS = [{"ID": "com.example.scribe"}]
 LIST = plistlib.dumps(RECORDS)
 MEBIBYTE = bytes(1024 * 1024)
+BODIES = {
+    "list": LIST,
+    "binary": plistlib.dumps(RECORDS, fmt=plistlib.FMT_BINARY),
+    "html": b"<!DOCTYPE html><html><body>Sign in to this network</body></html>",
+    "dictionary": plistlib.dumps({"ExcludeList": RECORDS}),
+}
+REDIRECTIONS = {
+    "loop": ("https", "127.0.0.1", "loop"),
+    "moved": ("https", "127.0.0.1", "list"),
+    "elsewhere": ("https", "localhost", "list"),
+    "unencrypted": ("http", "127.0.0.1", "list"),
+}
 
 
 class Handler(BaseHTTPRequestHandler):
@@ -31,9 +43,6 @@ class Handler(BaseHTTPRequestHandler):
         self.end_headers()
         self.wfile.write(body)
 
-    def redirect(self, host, path, scheme="https"):
-        self.answer(b"", 302, Location=f"{scheme}://{host}:{self.server.server_port}{path}")
-
     def do_GET(self):
         try:
             self.behave(self.path.strip("/").split("/")[0])
@@ -42,20 +51,14 @@ class Handler(BaseHTTPRequestHandler):
         self.close_connection = True
 
     def behave(self, name):
-        if name == "list":
-            self.answer(LIST)
-        elif name == "binary":
-            self.answer(plistlib.dumps(RECORDS, fmt=plistlib.FMT_BINARY))
-        elif name == "empty":
-            self.answer(b"")
-        elif name == "html":
-            self.answer(b"<!DOCTYPE html><html><body>Sign in to this network</body></html>")
-        elif name == "truncated":
-            self.answer(LIST[: len(LIST) // 2])
+        if name in BODIES:
+            self.answer(BODIES[name])
+        elif name in REDIRECTIONS:
+            scheme, host, path = REDIRECTIONS[name]
+            location = f"{scheme}://{host}:{self.server.server_port}/{path}/"
+            self.answer(b"", 302, Location=location)
         elif name == "broken-off":
             self.answer(LIST[: len(LIST) // 2], length=len(LIST))
-        elif name == "dictionary":
-            self.answer(plistlib.dumps({"ExcludeList": RECORDS}))
         elif name == "large":
             self.answer(b"", length=100 * len(MEBIBYTE))
             self.stream()
@@ -72,16 +75,6 @@ class Handler(BaseHTTPRequestHandler):
             self.rfile.read(1)
         elif name == "error":
             self.answer(LIST, 500)
-        elif name == "loop":
-            self.redirect("127.0.0.1", self.path)
-        elif name == "moved":
-            self.redirect("127.0.0.1", "/list/")
-        elif name == "elsewhere":
-            self.redirect("localhost", "/list/")
-        elif name == "unencrypted":
-            self.redirect("127.0.0.1", "/list/", "http")
-        else:
-            self.answer(b"", 404)
 
     def stream(self):
         for _ in range(100):

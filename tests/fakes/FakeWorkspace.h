@@ -34,6 +34,9 @@ public:
         return *found;
     }
 
+    /// Of how many paths and types somebody wanted to have the icon.
+    qsizetype iconsAskedFor() const { return m_icons.size(); }
+
 private:
     mutable QHash<QString, QIcon> m_icons;
 };
