@@ -14,7 +14,7 @@ from http.server import BaseHTTPRequestHandler, ThreadingHTTPServer
 
 RECORDS = [{"ID": "com.example.scribe"}]
 LIST = plistlib.dumps(RECORDS)
-MEBIBYTE = bytes(1024 * 1024)
+TOO_MUCH = LIST + b" " * 10 * 1024 * 1024  # a list all the same
 BODIES = {
     "list": LIST,
     "binary": plistlib.dumps(RECORDS, fmt=plistlib.FMT_BINARY),
@@ -60,12 +60,11 @@ class Handler(BaseHTTPRequestHandler):
         elif name == "broken-off":
             self.answer(LIST[: len(LIST) // 2], length=len(LIST))
         elif name == "large":
-            self.answer(b"", length=100 * len(MEBIBYTE))
-            self.stream()
+            self.answer(TOO_MUCH)
         elif name == "endless":
             self.send_response(200)
             self.end_headers()
-            self.stream()
+            self.wfile.write(TOO_MUCH)
         elif name == "slow":
             self.answer(b"", length=len(LIST))
             for byte in LIST:
@@ -75,10 +74,6 @@ class Handler(BaseHTTPRequestHandler):
             self.rfile.read(1)
         elif name == "error":
             self.answer(LIST, 500)
-
-    def stream(self):
-        for _ in range(100):
-            self.wfile.write(MEBIBYTE)
 
 
 def main():
