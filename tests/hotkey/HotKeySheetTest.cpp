@@ -70,21 +70,12 @@ TEST_F(HotKeySheet, TheDefaultIsStoredOnceInPlaceOfNoneOrHalfAKey)
 
 TEST_F(HotKeySheet, WithoutAKeyForItTheDefaultWaitsForALayoutThatHasOne)
 {
-    for (const bool isOddBoard : {true, false}) {
-        if (isOddBoard)
-            keyboard.useBoard(u"xkb:odd"_s, {{0x2E, u"µ"_s}});
-        else
-            keyboard.useNoLayout();
-        const CapturedLog log;
-        openPane();
-        expectStored({}, {});
-        EXPECT_EQ(log.containing(u"Could not set the default hotkey for Menu Accelerator"_s).size(),
-                  1);
-        EXPECT_EQ(shown(), u""_s);
-        if (!isOddBoard)
-            break;
-        TearDown();
-    }
+    keyboard.useBoard(u"xkb:odd"_s, {{0x2E, u"µ"_s}});
+    const CapturedLog log;
+    openPane();
+    expectStored({}, {});
+    EXPECT_EQ(shown(), u""_s);
+    EXPECT_EQ(log.containing(u"Could not set the default hotkey"_s).size(), 1);
     keyboard.useBoard(u"xkb:us"_s);
     expectStored(0x2E, 6);
     EXPECT_EQ(shown(), u"⌃⌥⌘M"_s);
@@ -99,7 +90,6 @@ TEST_F(HotKeySheet, TheLastKeyIsStoredWheneverTheSheetIsConfirmed)
     EXPECT_TRUE(preferences.control().writes().isEmpty()) << "no key was pressed yet";
 
     openSheet();
-    press(Qt::Key_A, Qt::ControlModifier);
     press(Qt::Key_K, Qt::ControlModifier | Qt::ShiftModifier);
     EXPECT_EQ(fieldText(), u"⇧⌃K"_s);
     EXPECT_TRUE(preferences.control().writes().isEmpty());
@@ -113,7 +103,6 @@ TEST_F(HotKeySheet, TheLastKeyIsStoredWheneverTheSheetIsConfirmed)
     expectStored(0x28, 13);
     EXPECT_EQ(shown(), u"⇧⌃K"_s) << "the key of the earlier sheet";
     EXPECT_FALSE(pane->hotkeySheet()->isVisible());
-    EXPECT_TRUE(distributedCenter.control().posted().isEmpty());
 }
 
 TEST_F(HotKeySheet, TellsInWordsWhatWasTakenAndWhyAKeyWasNot)
@@ -129,11 +118,9 @@ TEST_F(HotKeySheet, TellsInWordsWhatWasTakenAndWhyAKeyWasNot)
     const QString add = u"Add Control, Option or Command"_s;
     const Row rows[] = {
         {"letter", Qt::Key_A, Qt::NoModifier, u"⌃⌥⌘M"_s, add},
-        {"capital letter", Qt::Key_A, Qt::ShiftModifier, u"⌃⌥⌘M"_s, add},
         {"taken", Qt::Key_A, Qt::ControlModifier | Qt::AltModifier, u"⌃⌥A"_s,
          u"Control Option A"_s},
         {"refused after it", Qt::Key_B, Qt::NoModifier, u"⌃⌥A"_s, add},
-        {"function key", Qt::Key_F5, Qt::NoModifier, u"F5"_s, u"F5"_s},
         {"space bar", Qt::Key_Space, Qt::ControlModifier, u"⌃ "_s, u"Control Space"_s},
         {"key of no board", Qt::Key_MediaPlay, Qt::ControlModifier, u"⌃ "_s,
          u"This key cannot be the hot key"_s},
@@ -163,9 +150,9 @@ TEST_F(HotKeySheet, NothingElseIsSetOffByAKeyThatItTakes)
     auto *ok = pane->hotkeySheet()->findChild<QPushButton *>(u"hotkeyOkButton"_s);
     ok->setText(u"&OK"_s);
     QSignalSpy clicks(ok, &QPushButton::clicked);
-    QSignalSpy activations(&ofSheet, &QShortcut::activated);
-    QSignalSpy plainActivations(&plain, &QShortcut::activated);
-    QSignalSpy hostActivations(&ofHost, &QShortcut::activated);
+    int activations = 0;
+    for (const QShortcut *shortcut : {&ofSheet, &plain, &ofHost})
+        QObject::connect(shortcut, &QShortcut::activated, view.get(), [&] { ++activations; });
 
     press(Qt::Key_K, Qt::ControlModifier);
     EXPECT_EQ(fieldText(), u"⌃K"_s);
@@ -176,25 +163,14 @@ TEST_F(HotKeySheet, NothingElseIsSetOffByAKeyThatItTakes)
     EXPECT_EQ(fieldText(), u"⌃↩"_s);
     press(Qt::Key_Escape, Qt::ShiftModifier | Qt::MetaModifier);
     EXPECT_EQ(fieldText(), u"⇧⌘⎋"_s);
-    EXPECT_EQ(clicks.count() + activations.count() + plainActivations.count() +
-                  hostActivations.count(),
-              0);
-    press(Qt::Key_Return);
-    EXPECT_EQ(clicks.count(), 1);
-}
-
-TEST_F(HotKeySheet, AButtonWithTheFocusTakesKeysButTheSpaceBar)
-{
-    showPane();
-    openSheet();
-    auto *ok = pane->hotkeySheet()->findChild<QPushButton *>(u"hotkeyOkButton"_s);
+    EXPECT_EQ(clicks.count() + activations, 0);
     press(Qt::Key_Tab);
     press(Qt::Key_A, Qt::AltModifier);
-    EXPECT_EQ(fieldText(), u"⌥A"_s);
-    QSignalSpy clicks(ok, &QPushButton::clicked);
+    EXPECT_EQ(fieldText(), u"⌥A"_s) << "a button with the focus takes no more than the space bar";
     press(Qt::Key_Space);
     EXPECT_EQ(clicks.count(), 1);
-    EXPECT_EQ(hint(), u"Option A"_s);
+    press(Qt::Key_Return);
+    EXPECT_EQ(clicks.count(), 2);
 }
 
 TEST_F(HotKeySheet, AKeyHeldDownIsTakenOnce)
