@@ -118,11 +118,13 @@ plist::Dictionary copyStatusList(ports::Preferences &preferences, const QString 
 void storeStatus(ports::Preferences &preferences, const QString &domain,
                  const QList<QUrl> &compositions, bool enabled)
 {
-    plist::Dictionary statusList = copyStatusList(preferences, domain);
-    for (const QUrl &composition : compositions)
-        statusList.insert(composition.toLocalFile(), enabled);
-    preferences.setAppValue(prefs::keys::seQTZStatusList, plist::Value(statusList), domain);
-    preferences.appSynchronize(domain);
+    preferences.updateAppValue(prefs::keys::seQTZStatusList, domain,
+                               [&](const plist::Value &present) -> std::optional<plist::Value> {
+                                   plist::Dictionary statusList = present.toDictionary();
+                                   for (const QUrl &composition : compositions)
+                                       statusList.insert(composition.toLocalFile(), enabled);
+                                   return statusList;
+                               });
 }
 
 CompositionLists copyCompositionLists(const DiscoveryContext &context,

@@ -22,21 +22,13 @@ qsizetype indexOf(const plist::Array &list, const QString &identifier)
 }
 
 /// The list that the next record is appended to. What was stored is kept, whatever it is.
-plist::Array listToExtend(ports::Preferences &preferences, const QString &domain)
+plist::Array listToExtend(const plist::Value &stored)
 {
-    preferences.appSynchronize(domain);
-    const plist::Value stored = preferences.copyAppValue(key, domain);
     if (stored.isArray())
         return stored.toArray();
     plist::Array list;
     list.append(stored); // a null value adds nothing
     return list;
-}
-
-void storeList(ports::Preferences &preferences, const QString &domain, const plist::Array &list)
-{
-    preferences.setAppValue(key, plist::Value(list), domain);
-    preferences.appSynchronize(domain);
 }
 
 } // namespace
@@ -87,9 +79,6 @@ void AddBundleToExcludeList(const prefs::IdentityContext &context, ports::Prefer
                             const std::optional<QString> &comment, bool predefined)
 {
     const QString id = GetApplicationID(context, bundle, path).string();
-    if (IsAppIDExcluded(preferences, domain, id))
-        return;
-    plist::Array list = listToExtend(preferences, domain);
     plist::Dictionary added{{record::identifier, id}};
     if (const auto name = context.cache.displayNames.constFind(id);
         name != context.cache.displayNames.cend())
@@ -101,8 +90,14 @@ void AddBundleToExcludeList(const prefs::IdentityContext &context, ports::Prefer
     if (predefined)
         added.insert(record::hardcoded, true);
     added.insert(record::path, path.value_or(bundle.path()));
-    list.append(plist::Value(added));
-    storeList(preferences, domain, list);
+    preferences.updateAppValue(key, domain,
+                               [&](const plist::Value &present) -> std::optional<plist::Value> {
+                                   plist::Array list = listToExtend(present);
+                                   if (indexOf(list, id) >= 0)
+                                       return std::nullopt;
+                                   list.append(plist::Value(added));
+                                   return list;
+                               });
 }
 
 void AddBundleToExcludeList(const prefs::IdentityContext &context, ports::Preferences &preferences,
@@ -115,12 +110,15 @@ void AddBundleToExcludeList(const prefs::IdentityContext &context, ports::Prefer
 void RemoveAppIDFromExcludeList(ports::Preferences &preferences, const QString &domain,
                                 const QString &identifier)
 {
-    std::optional<plist::Array> list = CopyExcludeList(preferences, domain);
-    if (!list)
-        return;
-    if (const qsizetype index = indexOf(*list, identifier); index >= 0)
-        list->removeAt(index);
-    storeList(preferences, domain, *list);
+    preferences.updateAppValue(
+        key, domain, [&](const plist::Value &present) -> std::optional<plist::Value> {
+            if (!present.isArray())
+                return std::nullopt;
+            plist::Array list = present.toArray();
+            if (const qsizetype index = indexOf(list, identifier); index >= 0)
+                list.removeAt(index);
+            return list;
+        });
 }
 
 void RemoveBundleFromExcludeList(const prefs::IdentityContext &context,
@@ -143,10 +141,13 @@ void RemoveBundleFromExcludeList(const prefs::IdentityContext &context,
 void AppendToExcludeList(ports::Preferences &preferences, const QString &domain,
                          const plist::Array &records)
 {
-    plist::Array list = listToExtend(preferences, domain);
-    for (const plist::Value &added : records)
-        list.append(added);
-    storeList(preferences, domain, list);
+    preferences.updateAppValue(key, domain,
+                               [&](const plist::Value &present) -> std::optional<plist::Value> {
+                                   plist::Array list = listToExtend(present);
+                                   for (const plist::Value &added : records)
+                                       list.append(added);
+                                   return list;
+                               });
 }
 
 } // namespace tarnwell::exclude

@@ -6,6 +6,7 @@
 #include "foundation/StyledString.h"
 #include "foundation/plist/Value.h"
 #include "ports/Desktop.h"
+#include "ports/Preferences.h"
 #include "prefs/CFPreferencesWrapper_Tarnwell.h"
 #include "shortcuts/ShortcutList.h"
 #include "ui/Field.h"
@@ -275,12 +276,17 @@ private:
     void showMenuAccEnabled(const prefs::CFPreferencesWrapper_Tarnwell &wrapper);
     /// Shows what another process may have changed, shortcuts apart.
     void showStoredOptions();
-    /// Says why changes are not stored; an empty reason when all are.
-    void showStoreProblem(const QString &problem);
+    /// Says what there is to say of the storing of changes, if anything.
+    void showStoreState(const ports::Preferences::StoreState &state);
     shortcuts::ShortcutBackups shortcutBackups() const;
-    /// Keeps the present shortcuts and stores others in their place; none at all removes the key.
-    /// False, after telling the user, when the present ones could not be kept.
-    bool replaceShortcuts(const plist::Dictionary &present, const plist::Dictionary &replacement);
+    /// Keeps the stored shortcuts and stores others in their place; none at all removes the key.
+    /// False, after telling the user, when the stored ones could not be kept.
+    bool changeShortcuts(
+        const std::function<plist::Dictionary(const plist::Dictionary &present)> &change);
+    /// Does what buildSCArray() does, and returns the groups that the rows were made of.
+    plist::Value appendRowsOf(const QString &settingsKey);
+    /// Removes applications from the stored shortcuts, those that still have these groups.
+    void dropApplications(const plist::Dictionary &groupsByApplication);
     void askToBringBack(const QString &backup);
     void askToImport(const QString &path);
     void reloadShortcutTable();

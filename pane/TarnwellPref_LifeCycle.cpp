@@ -125,9 +125,10 @@ void TarnwellPref::mainViewDidLoad()
             &TarnwellPref::refreshWithoutWriting);
 
     m_desktop.preferences.setStoreHandler(
-        [self = QPointer(this)](const QString &domain, const QString &problem) {
+        [self = QPointer(this)](const QString &domain,
+                                const ports::Preferences::StoreState &state) {
             if (self && domain == prefs::pluginDomain)
-                self->showStoreProblem(problem);
+                self->showStoreState(state);
         });
 
     const auto wrapper = preferences();
@@ -198,14 +199,23 @@ void TarnwellPref::showStoredOptions()
         updateMenuAccText(menuAccHotKey());
 }
 
-void TarnwellPref::showStoreProblem(const QString &problem)
+void TarnwellPref::showStoreState(const ports::Preferences::StoreState &state)
 {
-    storeProblem()->setVisible(!problem.isEmpty());
-    if (problem.isEmpty())
+    QStringList lines;
+    if (!state.problem.isEmpty())
+        lines += localized("Your changes are kept in this window but could not be stored: %1")
+                     .arg(state.problem);
+    if (state.isOvertaken)
+        lines += localized("A change of yours could not be stored in time: another program has "
+                           "changed the same setting. This window shows what is stored.");
+    if (!state.setAside.isEmpty())
+        lines += localized("The stored settings were damaged. They are kept as \"%1\" in "
+                           "Library/Preferences, and new ones were begun.")
+                     .arg(state.setAside);
+    storeProblem()->setVisible(!lines.isEmpty());
+    storeProblem()->setText(lines.join(u'\n'));
+    if (lines.isEmpty())
         return;
-    storeProblem()->setText(localized("Your changes are kept in this window but could not be "
-                                      "stored: %1")
-                                .arg(problem));
     QAccessibleEvent alert(storeProblem(), QAccessible::Alert);
     QAccessible::updateAccessibility(&alert);
 }

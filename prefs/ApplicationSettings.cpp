@@ -47,42 +47,47 @@ plist::Array CopyCustomSettingsList(ports::Preferences &preferences,
 void RemoveCustomSettings(ports::Preferences &preferences, const QString &domain,
                           const std::optional<ApplicationIdentifier> &identifier)
 {
-    preferences.appSynchronize(domain);
-    if (!identifier || identifier->isGlobal())
+    if (!identifier || identifier->isGlobal()) {
+        preferences.appSynchronize(domain);
         return;
-    plist::Dictionary customSettings =
-        preferences.copyAppValue(keys::customSettings, domain).toDictionary();
-    if (!customSettings.remove(identifier->string()))
-        return;
-    preferences.setAppValue(keys::customSettings, customSettings, domain);
-    preferences.appSynchronize(domain);
+    }
+    preferences.updateAppValue(
+        keys::customSettings, domain,
+        [&identifier](const plist::Value &present) -> std::optional<plist::Value> {
+            plist::Dictionary customSettings = present.toDictionary();
+            if (!customSettings.remove(identifier->string()))
+                return std::nullopt;
+            return customSettings;
+        });
 }
 
 bool SetAppSetting(const IdentityContext &context, ports::Preferences &preferences,
                    const QString &domain, const std::optional<ApplicationIdentifier> &identifier,
                    const QString &key, const plist::Value &value)
 {
-    preferences.appSynchronize(domain);
     const ApplicationIdentifier application = orMain(context, identifier);
     if (application.isGlobal()) {
+        preferences.appSynchronize(domain);
         preferences.setAppValue(key, value, domain);
         return preferences.appSynchronize(domain);
     }
 
     const QString id = application.string();
-    plist::Dictionary customSettings =
-        preferences.copyAppValue(keys::customSettings, domain).toDictionary();
-    plist::Dictionary settings = customSettings.value(id).toDictionary();
-    settings.insert(key, value); // a null value removes the key
-    if (const auto name = context.cache.displayNames.constFind(id);
-        name != context.cache.displayNames.cend())
-        settings.insert(applicationNameKey, *name);
-    if (const auto alias = context.cache.aliasData.constFind(id);
-        alias != context.cache.aliasData.cend())
-        settings.insert(aliasRecordKey, *alias);
-    customSettings.insert(id, settings);
-    preferences.setAppValue(keys::customSettings, customSettings, domain);
-    return preferences.appSynchronize(domain);
+    return preferences.updateAppValue(
+        keys::customSettings, domain,
+        [&](const plist::Value &present) -> std::optional<plist::Value> {
+            plist::Dictionary customSettings = present.toDictionary();
+            plist::Dictionary settings = customSettings.value(id).toDictionary();
+            settings.insert(key, value); // a null value removes the key
+            if (const auto name = context.cache.displayNames.constFind(id);
+                name != context.cache.displayNames.cend())
+                settings.insert(applicationNameKey, *name);
+            if (const auto alias = context.cache.aliasData.constFind(id);
+                alias != context.cache.aliasData.cend())
+                settings.insert(aliasRecordKey, *alias);
+            customSettings.insert(id, settings);
+            return customSettings;
+        });
 }
 
 void SetAppSettingFloat(const IdentityContext &context, ports::Preferences &preferences,

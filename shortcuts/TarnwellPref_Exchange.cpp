@@ -91,11 +91,7 @@ void TarnwellPref::askToBringBack(const QString &backup)
         alert, scTable(), [this, kept = archive->shortcuts](int returnCode) {
             if (returnCode != 1)
                 return;
-            const auto wrapper = preferences();
-            wrapper->synchronize();
-            const plist::Dictionary present =
-                wrapper->dictionaryForKey(prefs::keys::menuShortcuts).value_or(plist::Dictionary());
-            if (replaceShortcuts(present, kept)) {
+            if (changeShortcuts([&kept](const plist::Dictionary &) { return kept; })) {
                 rebuildPopupKeepingSelection();
                 doPopup(scPopup());
             }
@@ -178,13 +174,11 @@ void TarnwellPref::askToImport(const QString &path)
         alert, scTable(), [this, imported = archive->shortcuts](int returnCode) {
             if (returnCode != 1)
                 return;
-            const auto current = preferences();
-            current->synchronize();
             // Merged again: the plug-in may have stored more while the question was up.
-            const plist::Dictionary present =
-                current->dictionaryForKey(prefs::keys::menuShortcuts).value_or(plist::Dictionary());
-            if (replaceShortcuts(present,
-                                 shortcuts::importShortcuts(present, imported).shortcuts)) {
+            const bool isDone = changeShortcuts([&imported](const plist::Dictionary &present) {
+                return shortcuts::importShortcuts(present, imported).shortcuts;
+            });
+            if (isDone) {
                 rebuildPopupKeepingSelection();
                 doPopup(scPopup());
             }

@@ -94,21 +94,19 @@ void TarnwellPref::restoreSheetDidEnd(const shortcuts::ShortcutRow &asked, int r
         return;
     }
 
-    const auto wrapper = preferences();
-    wrapper->synchronize();
-    const plist::Dictionary stored =
-        wrapper->dictionaryForKey(prefs::keys::menuShortcuts).value_or(plist::Dictionary());
-    const plist::Array groups = stored.value(row->settingsKey).toArray();
-    if (!groups.isEmpty()) {
-        const shortcuts::RestoreResult result = shortcuts::restoreOriginal(
-            groups, *row, contextInfo ? &*contextInfo : nullptr, *m_scTranslator);
-        if (result.changed &&
-            !replaceShortcuts(stored,
-                              shortcuts::withGroups(stored, row->settingsKey, result.groups)))
-            return;
-        if (result.groupRemoved)
-            rebuildPopup();
-    }
+    bool isGroupRemoved = false;
+    const bool isDone = changeShortcuts([&](const plist::Dictionary &present) {
+        const plist::Array groups = present.value(row->settingsKey).toArray();
+        const shortcuts::RestoreResult result =
+            shortcuts::restoreOriginal(groups, *row, conflict, *m_scTranslator);
+        isGroupRemoved = result.groupRemoved;
+        return result.changed ? shortcuts::withGroups(present, row->settingsKey, result.groups)
+                              : present;
+    });
+    if (!isDone)
+        return;
+    if (isGroupRemoved)
+        rebuildPopup();
     doPopup(scPopup());
 }
 
@@ -136,34 +134,37 @@ void TarnwellPref::removeSheetDidEnd(const QString &askedSettingsKey, int return
         return;
     // Another application may be chosen by now, because this one went while the question was up.
     if (selectedSettingsKey() == askedSettingsKey) {
-        const auto wrapper = preferences();
-        wrapper->synchronize();
-        const plist::Dictionary stored =
-            wrapper->dictionaryForKey(prefs::keys::menuShortcuts).value_or(plist::Dictionary());
-        if (!replaceShortcuts(stored, shortcuts::withGroups(stored, askedSettingsKey, {})))
+        const bool isDone = changeShortcuts([&](const plist::Dictionary &present) {
+            return shortcuts::withGroups(present, askedSettingsKey, {});
+        });
+        if (!isDone)
             return;
     }
     rebuildPopup();
     doPopup(scPopup());
 }
 
-bool TarnwellPref::replaceShortcuts(const plist::Dictionary &present,
-                                    const plist::Dictionary &replacement)
+bool TarnwellPref::changeShortcuts(
+    const std::function<plist::Dictionary(const plist::Dictionary &present)> &change)
 {
     QString error;
-    if (!present.isEmpty() && !shortcutBackups().keep(present, &error)) {
-        showMessage(localized("Nothing Was Changed"),
-                    localized("The present shortcuts could not be kept for bringing them back: %1")
-                        .arg(error));
-        return false;
-    }
-    const auto wrapper = preferences();
-    if (replacement.isEmpty())
-        wrapper->removeObjectForKey(prefs::keys::menuShortcuts);
-    else
-        wrapper->setObject(plist::Value(replacement), prefs::keys::menuShortcuts);
-    wrapper->synchronize();
-    return true;
+    m_desktop.preferences.updateAppValue(
+        prefs::keys::menuShortcuts, prefs::pluginDomain,
+        [&](const plist::Value &stored) -> std::optional<plist::Value> {
+            const plist::Dictionary present = stored.toDictionary();
+            const plist::Dictionary changed = change(present);
+            const bool isKept =
+                changed == present || present.isEmpty() || shortcutBackups().keep(present, &error);
+            if (changed == present || !isKept)
+                return std::nullopt;
+            return changed.isEmpty() ? plist::Value() : plist::Value(changed);
+        });
+    if (error.isEmpty())
+        return true;
+    showMessage(
+        localized("Nothing Was Changed"),
+        localized("The present shortcuts could not be kept for bringing them back: %1").arg(error));
+    return false;
 }
 
 shortcuts::ShortcutBackups TarnwellPref::shortcutBackups() const

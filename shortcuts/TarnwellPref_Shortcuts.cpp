@@ -15,6 +15,7 @@
 #include "prefs/RecordSorting.h"
 #include "shortcuts/ApplicationPopup.h"
 #include "shortcuts/LayoutKeyCommandTranslator.h"
+#include "shortcuts/ShortcutBackups.h"
 #include "shortcuts/ShortcutCells.h"
 #include "shortcuts/ShortcutTableModel.h"
 #include "ui/StyledText.h"
@@ -44,24 +45,31 @@ constexpr int shortcutColumnSpacing = 8;
 
 void TarnwellPref::buildSCArray(const QString &settingsKey)
 {
+    appendRowsOf(settingsKey);
+}
+
+plist::Value TarnwellPref::appendRowsOf(const QString &settingsKey)
+{
     const auto wrapper = preferences();
     wrapper->synchronize();
     const std::optional<plist::Dictionary> stored =
         wrapper->dictionaryForKey(prefs::keys::menuShortcuts);
     if (!stored)
-        return;
-    const plist::Value &groups = stored->value(settingsKey);
+        return {};
+    const plist::Value groups = stored->value(settingsKey);
     if (!groups.isArray())
-        return;
+        return groups;
     const shortcuts::ShortcutListResult built = shortcuts::buildShortcutRows(
         groups.toArray(), settingsKey, isInNotification(), *m_scTranslator);
     m_scArray.append(built.rows);
     if (isInNotification() || !built.groupsChanged)
-        return;
+        return groups;
+    // Should the plug-in have stored more since, this is given up, and the next look does it.
     plist::Dictionary changed = *stored;
     changed.insert(settingsKey, plist::Value(built.groups));
     wrapper->setObject(plist::Value(changed), prefs::keys::menuShortcuts);
     wrapper->synchronize();
+    return built.groups;
 }
 
 void TarnwellPref::rebuildPopup()
@@ -71,14 +79,14 @@ void TarnwellPref::rebuildPopup()
     m_scTranslator->useCurrentLayout();
     const plist::Dictionary stored =
         wrapper->dictionaryForKey(prefs::keys::menuShortcuts).value_or(plist::Dictionary());
-    plist::Dictionary remaining = stored;
+    plist::Dictionary dropped;
     QList<shortcuts::PopupEntry> entries;
     for (const auto &application : stored) {
-        buildSCArray(application.key);
+        const plist::Value groups = appendRowsOf(application.key);
         if (!m_scArray.hasRowsOf(application.key)) {
             TARNWELL_SYSTEM_LOG(u"No items configured for %1 (%2)"_s.arg(
                 application.key, shortcuts::description(m_scArray)));
-            remaining.remove(application.key);
+            dropped.insert(application.key, groups);
             continue;
         }
         const QString path = urlForAppID(application.key).toLocalFile();
@@ -99,12 +107,36 @@ void TarnwellPref::rebuildPopup()
     if (entries.isEmpty())
         offerTutorial(*wrapper);
 
-    if (isInNotification() || remaining.size() == stored.size())
-        return;
-    // Stored even when nothing remains: an empty dictionary tells the plug-in that every
-    // application was looked at.
-    wrapper->setObject(plist::Value(remaining), prefs::keys::menuShortcuts);
-    wrapper->synchronize();
+    if (!isInNotification() && !dropped.isEmpty())
+        dropApplications(dropped);
+}
+
+void TarnwellPref::dropApplications(const plist::Dictionary &groupsByApplication)
+{
+    m_desktop.preferences.updateAppValue(
+        prefs::keys::menuShortcuts, prefs::pluginDomain,
+        [&](const plist::Value &stored) -> std::optional<plist::Value> {
+            const plist::Dictionary present = stored.toDictionary();
+            plist::Dictionary remaining = present;
+            plist::Dictionary dropped;
+            for (const auto &application : groupsByApplication) {
+                // The plug-in may have stored something to show meanwhile.
+                if (present.value(application.key) != application.value)
+                    continue;
+                remaining.remove(application.key);
+                dropped.insert(application.key, application.value);
+            }
+            QString error;
+            if (dropped.isEmpty())
+                return std::nullopt;
+            if (shortcuts::changesShortcuts(dropped) && !shortcutBackups().keep(present, &error)) {
+                TARNWELL_SYSTEM_LOG(u"Shortcuts that cannot be shown stay stored: %1"_s.arg(error));
+                return std::nullopt;
+            }
+            // Stored even when nothing remains: an empty dictionary tells the plug-in that every
+            // application was looked at.
+            return plist::Value(remaining);
+        });
 }
 
 void TarnwellPref::doPopup(QObject *)

@@ -32,9 +32,10 @@ ShortcutStore::~ShortcutStore() = default;
 bool ShortcutStore::begin()
 {
     const QString now = sitting();
-    const plist::Value stored = readMenuShortcuts();
-    const plist::Value kept = withoutOtherSittings(stored, m_application, now);
-    return kept == stored || write(kept);
+    return update([&](const plist::Value &present) -> std::optional<plist::Value> {
+        const plist::Value kept = withoutOtherSittings(present, m_application, now);
+        return kept == present ? std::nullopt : std::optional(kept);
+    });
 }
 
 QHash<QString, Shortcut> ShortcutStore::shortcuts(const QList<Item> &items)
@@ -46,11 +47,14 @@ std::optional<QStringList> ShortcutStore::assign(const QList<Item> &items, const
                                                  const Shortcut &shortcut)
 {
     const QString now = sitting();
-    const Assignment assignment =
-        tutorial::assign(readMenuShortcuts(), m_application, items, title, shortcut, now);
-    if (!write(assignment.menuShortcuts))
-        return std::nullopt;
-    return assignment.displaced;
+    QStringList displaced;
+    const bool isStored = update([&](const plist::Value &present) {
+        const Assignment assignment =
+            tutorial::assign(present, m_application, items, title, shortcut, now);
+        displaced = assignment.displaced;
+        return assignment.menuShortcuts;
+    });
+    return isStored ? std::optional(displaced) : std::nullopt;
 }
 
 plist::Value ShortcutStore::readMenuShortcuts()
@@ -59,11 +63,19 @@ plist::Value ShortcutStore::readMenuShortcuts()
     return m_preferences->copyAppValue(prefs::keys::menuShortcuts, prefs::pluginDomain);
 }
 
-bool ShortcutStore::write(const plist::Value &menuShortcuts)
+bool ShortcutStore::update(const ports::Preferences::Change &change)
 {
-    m_preferences->setAppValue(prefs::keys::menuShortcuts, menuShortcuts, prefs::pluginDomain);
-    if (!m_preferences->appSynchronize(prefs::pluginDomain)) {
-        // The write would stay pending, and one day undo what somebody else stored by then.
+    bool isChanged = false;
+    const bool isStored = m_preferences->updateAppValue(
+        prefs::keys::menuShortcuts, prefs::pluginDomain, [&](const plist::Value &present) {
+            const std::optional<plist::Value> changed = change(present);
+            isChanged = changed.has_value();
+            return changed;
+        });
+    if (!isChanged)
+        return true;
+    if (!isStored) {
+        // The user is told that it was not stored, so it must not be stored one day after all.
         m_preferences = m_makePreferences();
         return false;
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ports/Preferences.h"
 #include "tutorial/Records.h"
 
 #include <QFileSystemWatcher>
@@ -11,8 +12,7 @@
 
 namespace tarnwell::ports {
 class NotificationCenter;
-class Preferences;
-} // namespace tarnwell::ports
+}
 
 namespace tarnwell::tutorial {
 
@@ -48,7 +48,7 @@ public:
 
 private:
     plist::Value readMenuShortcuts();
-    bool write(const plist::Value &menuShortcuts);
+    bool update(const ports::Preferences::Change &change);
     QString sitting();
 
     PreferencesMaker m_makePreferences;

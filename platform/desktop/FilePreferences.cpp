@@ -44,7 +44,7 @@ bool FilePreferences::appSynchronize(const QString &domain)
     PreferenceDomain *const found = domainOfName(domain);
     const bool isStored = found && found->synchronize();
     if (found)
-        reportStoring(domain, found->problem());
+        reportStoring(domain, found->state());
     return isStored;
 }
 

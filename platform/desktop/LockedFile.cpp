@@ -1,5 +1,7 @@
 #include "desktop/LockedFile.h"
 
+#include "foundation/Logging.h"
+
 #include <QFile>
 #include <QRandomGenerator>
 
@@ -69,6 +71,17 @@ bool isFileOfName(int fd, int folder, const QByteArray &name)
            opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
 }
 
+/// Leaves a new file to whom a file beside it belongs, or the folder: a pane that root runs in
+/// somebody's home must not shut that user out of the settings.
+void giveToOwner(int fd, int folder, const QByteArray &beside)
+{
+    struct stat owner;
+    const bool isKnown = ::fstatat(folder, beside.constData(), &owner, AT_SYMLINK_NOFOLLOW) == 0 ||
+                         ::fstat(folder, &owner) == 0;
+    if (::geteuid() == 0 && isKnown && ::fchown(fd, owner.st_uid, owner.st_gid) != 0)
+        TARNWELL_SYSTEM_LOG(systemError(u"give a file to its user"_s, errno));
+}
+
 UniqueFd lockedFile(int folder, const QByteArray &name, int attempts, QString *error)
 {
     for (int i = 0; i < attempts; ++i) {
@@ -78,6 +91,7 @@ UniqueFd lockedFile(int folder, const QByteArray &name, int attempts, QString *e
             *error = systemError(u"open the lock file"_s, errno);
             return {};
         }
+        giveToOwner(fd.get(), folder, {});
         for (; i < attempts; ++i) {
             if (restarting([&] { return ::flock(fd.get(), LOCK_EX | LOCK_NB); }) == 0) {
                 // Somebody may have removed the file while we waited for it, and then another
@@ -173,6 +187,7 @@ UniqueFd LockedFile::replace(QByteArrayView bytes, QString *error)
     };
     if (::fchmod(fd.get(), 0600) != 0 || !writeAll(fd.get(), bytes))
         return abandon(u"write"_s);
+    giveToOwner(fd.get(), m_folder.get(), m_name);
     if (restarting([&] { return ::fsync(fd.get()); }) != 0)
         return abandon(u"write to the disk"_s);
     if (::renameat(m_folder.get(), temporary.constData(), m_folder.get(), m_name.constData()) != 0)

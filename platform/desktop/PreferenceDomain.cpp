@@ -16,13 +16,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int attemptsWhileStuck = 50;
-
-bool isSame(const plist::Value &a, const plist::Value &b)
-{
-    // Equality takes 1 for 1.0; a file that holds the one does not hold the other.
-    return a.type() == b.type() && a == b;
-}
+constexpr int attemptsWhileStuck = 1;
 
 } // namespace
 
@@ -37,7 +31,7 @@ PreferenceDomain::PreferenceDomain(const QString &homeFolder, const QString &nam
 
 plist::Value PreferenceDomain::value(const QString &key)
 {
-    if (const auto pending = m_pending.constFind(key); pending != m_pending.cend())
+    if (const auto pending = m_pending.value(key))
         return *pending;
     if (!m_read)
         refresh();
@@ -46,18 +40,26 @@ plist::Value PreferenceDomain::value(const QString &key)
 
 void PreferenceDomain::setValue(const QString &key, const plist::Value &value)
 {
-    m_pending.insert(key, value);
+    if (!m_read)
+        refresh();
+    m_pending.note(key, value, m_isKnown ? std::optional(m_values.value(key)) : std::nullopt);
 }
 
 bool PreferenceDomain::synchronize()
 {
-    if (!refresh())
+    bool isGivenUp = false;
+    if (!refresh() || (!isStored() && !store(&isGivenUp))) {
+        m_pending.failed();
         return false;
-    if (!isStored() && !store())
-        return false;
-    m_pending.clear();
+    }
+    m_pending.stored();
     m_loggedFailure.clear();
-    return true;
+    return !isGivenUp;
+}
+
+ports::Preferences::StoreState PreferenceDomain::state() const
+{
+    return {m_pending.isEmpty() ? QString() : m_loggedFailure, m_pending.areLost(), m_setAside};
 }
 
 /// Takes up the file if it is another one than last time.
@@ -74,6 +76,7 @@ bool PreferenceDomain::refresh()
     if (content == DomainFile::Content::Unavailable)
         return failed(error);
     m_content = content;
+    m_isKnown = m_isKnown || content != DomainFile::Content::Damaged;
     if (content == DomainFile::Content::Damaged) {
         TARNWELL_SYSTEM_LOG(u"The preferences in %1 are damaged: %2"_s.arg(m_file.path(), error));
     }
@@ -84,14 +87,10 @@ bool PreferenceDomain::isStored() const
 {
     if (m_content == DomainFile::Content::Damaged)
         return m_pending.isEmpty();
-    for (auto it = m_pending.cbegin(); it != m_pending.cend(); ++it) {
-        if (!isSame(m_values.value(it.key()), it.value()))
-            return false;
-    }
-    return true;
+    return m_pending.areIn(m_values);
 }
 
-bool PreferenceDomain::store()
+bool PreferenceDomain::store(bool *isGivenUp)
 {
     QString error;
     if (!makeFolder(&error))
@@ -99,13 +98,18 @@ bool PreferenceDomain::store()
     std::optional<LockedFile> locked = LockedFile::acquire(
         m_file.path(), m_lockIsStuck ? qMin(attemptsWhileStuck, m_lockAttempts) : m_lockAttempts,
         &error);
-    // The user waited once for a stopped process; the next action need not wait as long.
+    // The user waited once for a stopped process; the next actions need not.
     m_lockIsStuck = !locked;
     if (!locked)
         return failed(error);
 
     if (!refresh())
         return false;
+    *isGivenUp = m_pending.giveUpOvertaken(m_values);
+    if (*isGivenUp) {
+        TARNWELL_SYSTEM_LOG(u"A change in %1 was given up: another process stored the same setting "
+                            "meanwhile."_s.arg(m_file.path()));
+    }
     if (isStored())
         return true;
     if (m_content == DomainFile::Content::Damaged && !setAside(*locked, &error))
@@ -114,7 +118,8 @@ bool PreferenceDomain::store()
         locked->removeAbandonedTemporaries();
         m_sweptTemporaries = true;
     }
-    const plist::Dictionary values = merged();
+    // Of a file that got damaged, what was seen before is better than nothing.
+    const plist::Dictionary values = m_pending.appliedTo(m_values);
     if (!m_file.replace(*locked, values, &error))
         return failed(error);
     m_values = values;
@@ -145,17 +150,9 @@ bool PreferenceDomain::setAside(LockedFile &locked, QString *error)
     if (name.isEmpty())
         return false;
     m_content = DomainFile::Content::Missing;
+    m_setAside = name;
     TARNWELL_SYSTEM_LOG(u"The damaged preferences %1 are kept as %2."_s.arg(m_file.path(), name));
     return true;
-}
-
-plist::Dictionary PreferenceDomain::merged() const
-{
-    // What was seen before a file got damaged is better than nothing.
-    plist::Dictionary values = m_values;
-    for (auto it = m_pending.cbegin(); it != m_pending.cend(); ++it)
-        values.insert(it.key(), *it);
-    return values;
 }
 
 /// Says a failure once, not at every action that meets it again. Always false.

@@ -1,9 +1,8 @@
 #pragma once
 
 #include "desktop/DomainFile.h"
-#include "foundation/plist/Value.h"
-
-#include <QHash>
+#include "ports/PendingWrites.h"
+#include "ports/Preferences.h"
 
 namespace tarnwell::ports {
 class Clock;
@@ -23,16 +22,15 @@ public:
     void setValue(const QString &key, const plist::Value &value);
     bool synchronize();
 
-    /// Why writes are still pending after a synchronise; empty when none are.
-    QString problem() const { return m_pending.isEmpty() ? QString() : m_loggedFailure; }
+    /// How the last synchronise ended.
+    ports::Preferences::StoreState state() const;
 
 private:
     bool refresh();
     bool isStored() const;
-    bool store();
+    bool store(bool *isGivenUp);
     bool makeFolder(QString *error) const;
     bool setAside(LockedFile &locked, QString *error);
-    plist::Dictionary merged() const;
     bool failed(const QString &reason);
 
     QString m_homeFolder;
@@ -42,10 +40,12 @@ private:
     bool m_lockIsStuck = false;
     bool m_sweptTemporaries = false;
     bool m_read = false;
+    bool m_isKnown = false; ///< what is stored was read once
     DomainFile m_file;
     DomainFile::Content m_content = DomainFile::Content::Missing;
     plist::Dictionary m_values;
-    QHash<QString, plist::Value> m_pending;
+    ports::PendingWrites m_pending;
+    QString m_setAside;
     QString m_loggedFailure;
 };
 

@@ -55,22 +55,39 @@ qint64 Preferences::appIntegerValue(const QString &key, const QString &domain, b
     return 0;
 }
 
+bool Preferences::updateAppValue(const QString &key, const QString &domain, const Change &change)
+{
+    // Nobody writes the same key this often in a row.
+    constexpr int attempts = 10;
+    bool isStored = appSynchronize(domain);
+    for (int i = 0; i < attempts; ++i) {
+        const std::optional<plist::Value> changed = change(copyAppValue(key, domain));
+        if (!changed)
+            return isStored;
+        setAppValue(key, *changed, domain);
+        isStored = appSynchronize(domain);
+        if (copyAppValue(key, domain) == *changed)
+            return isStored;
+    }
+    return false;
+}
+
 void Preferences::setStoreHandler(const StoreHandler &handler)
 {
     m_storeHandler = handler;
-    for (auto it = m_problems.cbegin(); handler && it != m_problems.cend(); ++it) {
-        if (!it->isEmpty())
+    for (auto it = m_states.cbegin(); handler && it != m_states.cend(); ++it) {
+        if (*it != StoreState{})
             handler(it.key(), *it);
     }
 }
 
-void Preferences::reportStoring(const QString &domain, const QString &problem)
+void Preferences::reportStoring(const QString &domain, const StoreState &state)
 {
-    if (m_problems.value(domain) == problem)
+    if (m_states.value(domain) == state)
         return;
-    m_problems.insert(domain, problem);
+    m_states.insert(domain, state);
     if (m_storeHandler)
-        m_storeHandler(domain, problem);
+        m_storeHandler(domain, state);
 }
 
 } // namespace tarnwell::ports

@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <functional>
+#include <optional>
 
 namespace tarnwell::ports {
 
@@ -28,12 +29,31 @@ public:
     /// Stores the pending writes and takes up what other processes stored.
     ///
     /// Costs one stat() when nothing is pending and the file is unchanged. Returns false when the
-    /// domain could not be stored; the writes then stay pending and the stored file is as it was.
+    /// domain could not be stored, and then the writes stay pending and the stored file is as it
+    /// was; or when an array or a dictionary was not stored, because another process had stored the
+    /// key since this one read it, and then copyAppValue() gives that process's value.
     virtual bool appSynchronize(const QString &domain) = 0;
 
-    /// Is called at the end of a synchronise that leaves writes pending, with the reason in words,
-    /// and of the one that then stores them, with none; at once for domains with pending writes.
-    using StoreHandler = std::function<void(const QString &domain, const QString &problem)>;
+    /// Changes a value that other processes change, too: takes up what is stored, and stores what
+    /// `change` makes of it; once more, from the newer value, if another process was faster. Stores
+    /// nothing when `change` returns nothing. Returns as appSynchronize() does.
+    using Change = std::function<std::optional<plist::Value>(const plist::Value &present)>;
+    bool updateAppValue(const QString &key, const QString &domain, const Change &change);
+
+    /// What a user should know about the storing of a domain.
+    struct StoreState
+    {
+        QString problem; ///< why writes are still pending; empty when none are
+        bool isOvertaken =
+            false;        ///< a write that had been pending was given up; until the next one
+        QString setAside; ///< the name that a damaged file was given; empty without one
+
+        friend bool operator==(const StoreState &, const StoreState &) = default;
+    };
+
+    /// Is called at the end of a synchronise that changes the state; at once for domains that have
+    /// anything to tell.
+    using StoreHandler = std::function<void(const QString &domain, const StoreState &state)>;
     void setStoreHandler(const StoreHandler &handler);
 
     /// The value of a key as a boolean: a boolean; a number, non-zero being true; the strings
@@ -45,12 +65,11 @@ public:
     qint64 appIntegerValue(const QString &key, const QString &domain, bool *valid = nullptr) const;
 
 protected:
-    /// Says why the writes to a domain are still pending; an empty reason when none are.
-    void reportStoring(const QString &domain, const QString &problem);
+    void reportStoring(const QString &domain, const StoreState &state);
 
 private:
     StoreHandler m_storeHandler;
-    QHash<QString, QString> m_problems; ///< by domain
+    QHash<QString, StoreState> m_states; ///< by domain
 };
 
 } // namespace tarnwell::ports

@@ -1268,6 +1268,14 @@
         <translation>Ihre Änderungen bleiben in diesem Fenster, konnten aber nicht gespeichert werden: %1</translation>
     </message>
     <message>
+        <source>A change of yours could not be stored in time: another program has changed the same setting. This window shows what is stored.</source>
+        <translation>Eine Ihrer Änderungen konnte nicht rechtzeitig gespeichert werden: Ein anderes Programm hat dieselbe Einstellung geändert. Dieses Fenster zeigt, was gespeichert ist.</translation>
+    </message>
+    <message>
+        <source>The stored settings were damaged. They are kept as &quot;%1&quot; in Library/Preferences, and new ones were begun.</source>
+        <translation>Die gespeicherten Einstellungen waren beschädigt. Sie sind als „%1“ in Library/Preferences aufbewahrt, und neue wurden begonnen.</translation>
+    </message>
+    <message>
         <source>Left out as incomplete: %1. The first one: %2</source>
         <translation>Weggelassen, weil unvollständig: %1. Das erste: %2</translation>
     </message>

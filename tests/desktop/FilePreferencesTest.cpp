@@ -159,10 +159,12 @@ TEST_F(FilePreferencesTest, SetsADamagedFileAside)
         SCOPED_TRACE(row.name);
         QDir(folder()).removeRecursively();
         const CapturedLog log;
+        ports::Preferences::StoreState state;
         // The second one of the same second must not replace the first.
         for (const QString &ending : {u""_s, u"-2"_s}) {
             writeFile(path(), row.bytes);
             FilePreferences preferences(home(), clock);
+            preferences.setStoreHandler([&state](const QString &, const auto &s) { state = s; });
             ASSERT_TRUE(preferences.appSynchronize(domain));
             EXPECT_EQ(readFile(path()), row.bytes) << "only a write needs the place";
             preferences.setAppValue(u"New"_s, 1, domain);
@@ -171,6 +173,7 @@ TEST_F(FilePreferencesTest, SetsADamagedFileAside)
             const QString aside = path() + u".damaged-20010101T000000Z"_s + ending;
             ASSERT_TRUE(QFile::exists(aside));
             EXPECT_EQ(readFile(aside), row.bytes);
+            EXPECT_EQ(state.setAside, QFileInfo(aside).fileName());
         }
         EXPECT_EQ(log.containing(u"are damaged"_s).size(), 2);
         EXPECT_EQ(log.containing(u"are kept as"_s).size(), 2);
@@ -212,6 +215,109 @@ TEST_F(FilePreferencesTest, FailsOnAFullDiskAndKeepsTheOldFile)
 
     EXPECT_TRUE(preferences.appSynchronize(domain)) << "once there is room again";
     EXPECT_EQ(storedDomain().value(u"Long"_s).toString().size(), 100000);
+}
+
+TEST_F(FilePreferencesTest, AWriteThatWaitedTakesNothingAway)
+{
+    const plist::Value two(plist::Dictionary{{u"A"_s, 1}, {u"B"_s, 2}});
+    const plist::Value one(plist::Dictionary{{u"A"_s, 1}});
+    const plist::Value news(plist::Dictionary{{u"A"_s, 1}, {u"B"_s, 2}, {u"C"_s, 3}});
+    struct Row
+    {
+        const char *name;
+        plist::Value seen;
+        plist::Value written;
+        plist::Value meanwhile;
+        bool isLost;
+    };
+    const Row rows[] = {
+        {"a dictionary with more in it", two, one, news, true},
+        {"an array with more in it", plist::Array{1}, plist::Array{}, plist::Array{1, 2}, true},
+        {"the removal of one", two, {}, news, true},
+        {"one that was removed", two, one, {}, true},
+        {"one that is as it was", two, one, two, false},
+        {"one with the same change", two, one, one, false},
+        {"a single value", 1, 2, 3, false},
+    };
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        QDir(folder()).removeRecursively();
+        storeDomain({{u"Key"_s, row.seen}});
+        FilePreferences ours(home(), clock);
+        ports::Preferences::StoreState state;
+        ours.setStoreHandler([&state](const QString &, const auto &latest) { state = latest; });
+        ASSERT_TRUE(ours.appSynchronize(domain));
+        ours.setAppValue(u"Key"_s, row.written, domain);
+        ours.setAppValue(u"Other"_s, 1, domain);
+        {
+            const FullDisk disk(1);
+            EXPECT_FALSE(ours.appSynchronize(domain));
+        }
+        EXPECT_FALSE(state.problem.isEmpty());
+        storeDomain({{u"Key"_s, row.meanwhile}});
+        EXPECT_EQ(ours.appSynchronize(domain), !row.isLost);
+        const plist::Value &expected = row.isLost ? row.meanwhile : row.written;
+        EXPECT_EQ(storedDomain().value(u"Key"_s), expected);
+        EXPECT_EQ(ours.copyAppValue(u"Key"_s, domain), expected);
+        EXPECT_EQ(storedDomain().value(u"Other"_s), plist::Value(1));
+        EXPECT_EQ(state, (ports::Preferences::StoreState{{}, row.isLost, {}}));
+        ours.setAppValue(u"Other"_s, 2, domain);
+        ASSERT_TRUE(ours.appSynchronize(domain));
+        EXPECT_FALSE(state.isOvertaken);
+    }
+}
+
+TEST_F(FilePreferencesTest, AListMadeWithoutTheStoredOneDoesNotReplaceIt)
+{
+    storeDomain({{u"List"_s, plist::Array{1, 2}}});
+    const QString away = path() + u".away"_s;
+    ASSERT_TRUE(QFile::rename(path(), away));
+    ASSERT_TRUE(QFile::link(path(), path())); // cannot be read
+    FilePreferences preferences(home(), clock);
+    preferences.setAppValue(u"List"_s, plist::Array{3}, domain);
+    preferences.setAppValue(u"Level"_s, 4, domain);
+    EXPECT_FALSE(preferences.appSynchronize(domain));
+    ASSERT_TRUE(QFile::remove(path()) && QFile::rename(away, path()));
+    EXPECT_FALSE(preferences.appSynchronize(domain));
+    EXPECT_EQ(storedDomain(),
+              (plist::Dictionary{{u"List"_s, plist::Array{1, 2}}, {u"Level"_s, 4}}));
+}
+
+TEST_F(FilePreferencesTest, AnUpdateStartsAgainFromWhatOthersStored)
+{
+    FilePreferences ours(home(), clock);
+    FilePreferences theirs(home(), clock);
+    const auto add = [](int number) {
+        return [number](const plist::Value &present) -> std::optional<plist::Value> {
+            plist::Array list = present.toArray();
+            list.append(number);
+            return list;
+        };
+    };
+    int asked = 0;
+    EXPECT_TRUE(ours.updateAppValue(u"List"_s, domain, [&](const plist::Value &present) {
+        if (++asked <= 2)
+            theirs.updateAppValue(u"List"_s, domain, add(asked));
+        return add(9)(present);
+    }));
+    EXPECT_EQ(storedDomain().value(u"List"_s), plist::Value(plist::Array{1, 2, 9}));
+    EXPECT_TRUE(
+        ours.updateAppValue(u"List"_s, domain, [](const plist::Value &) { return std::nullopt; }));
+}
+
+TEST_F(FilePreferencesTest, RootLeavesTheFilesToTheUser)
+{
+    if (::geteuid() != 0)
+        GTEST_SKIP() << "for root alone";
+    constexpr uid_t user = 4711;
+    storeDomain({{u"Old"_s, 1}});
+    for (const QString &name : {folder(), path()})
+        ASSERT_EQ(::chown(QFile::encodeName(name).constData(), user, user), 0);
+    FilePreferences preferences(home(), clock);
+    preferences.setAppValue(u"New"_s, 2, domain);
+    ASSERT_TRUE(preferences.appSynchronize(domain));
+    for (const QString &name : {path(), folder() + u"/."_s + fileName() + u".lock"_s})
+        EXPECT_EQ(QFileInfo(name).ownerId(), user) << name.toStdString();
 }
 
 // Obstacles that stop the superuser, too.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ports/PendingWrites.h"
 #include "ports/Preferences.h"
 
 #include <QList>
@@ -20,16 +21,13 @@ public:
 
         friend bool operator==(const Write &, const Write &) = default;
     };
-    using Domain = QMap<QString, plist::Value>;
+    using Domain = plist::Dictionary;
 
     /// Stores a value as another process would: the pane sees it after its next synchronise.
     /// A null value removes the key.
     void setStoredValue(const QString &key, const plist::Value &value, const QString &domain)
     {
-        if (value.isNull())
-            m_stored[domain].remove(key);
-        else
-            m_stored[domain].insert(key, value);
+        m_stored[domain].insert(key, value);
     }
     void setStoredDomain(const QString &domain, const Domain &values) { m_stored[domain] = values; }
 
@@ -41,6 +39,9 @@ public:
 
     /// Makes every synchronise fail until told otherwise; the writes then stay pending.
     void setSynchronizeFails(bool fails) { m_synchronizeFails = fails; }
+
+    /// Is called before every synchronise: another process that is at work at the same time.
+    void setMeanwhile(const std::function<void()> &meanwhile) { m_meanwhile = meanwhile; }
 
     /// Every setAppValue() and every appSynchronize() since the last clear, oldest first.
     const QList<Write> &writes() const { return m_writes; }
@@ -58,6 +59,7 @@ private:
     QList<Write> m_writes;
     QStringList m_synchronizedDomains;
     bool m_synchronizeFails = false;
+    std::function<void()> m_meanwhile;
 };
 
 /// Preferences in memory, with the same three states of a value as the real ones: stored, last
@@ -69,32 +71,33 @@ public:
 
     plist::Value copyAppValue(const QString &key, const QString &domain) const override
     {
-        if (const auto pending = m_pending.constFind(domain); pending != m_pending.cend()) {
-            if (const auto value = pending->constFind(key); value != pending->cend())
-                return *value;
-        }
-        return seen(domain).value(key);
+        const auto pending = m_pending.value(domain).value(key);
+        return pending ? *pending : seen(domain).value(key);
     }
 
     void setAppValue(const QString &key, const plist::Value &value, const QString &domain) override
     {
         m_control.m_writes.append({domain, key, value});
-        m_pending[domain].insert(key, value);
+        m_pending[domain].note(key, value, seen(domain).value(key));
     }
 
     bool appSynchronize(const QString &domain) override
     {
+        if (m_control.m_meanwhile)
+            m_control.m_meanwhile();
         m_control.m_synchronizedDomains.append(domain);
+        ports::PendingWrites &pending = m_pending[domain];
         if (m_control.m_synchronizeFails) {
-            reportStoring(domain, m_pending.contains(domain) ? u"disk full"_qs : QString());
+            pending.failed();
+            reportStoring(domain, {pending.isEmpty() ? QString() : u"disk full"_qs, false, {}});
             return false;
         }
-        const FakePreferencesControl::Domain pending = m_pending.take(domain);
-        for (auto it = pending.cbegin(); it != pending.cend(); ++it)
-            m_control.setStoredValue(it.key(), it.value(), domain);
+        const bool isGivenUp = pending.giveUpOvertaken(m_control.storedDomain(domain));
+        m_control.m_stored[domain] = pending.appliedTo(m_control.storedDomain(domain));
+        pending.stored();
         m_seen.insert(domain, m_control.storedDomain(domain));
-        reportStoring(domain, {});
-        return true;
+        reportStoring(domain, {{}, pending.areLost(), {}});
+        return !isGivenUp;
     }
 
 private:
@@ -107,7 +110,7 @@ private:
     }
 
     FakePreferencesControl m_control;
-    QMap<QString, FakePreferencesControl::Domain> m_pending;
+    QMap<QString, ports::PendingWrites> m_pending;
     mutable QMap<QString, FakePreferencesControl::Domain> m_seen;
 };
 

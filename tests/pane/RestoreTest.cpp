@@ -279,4 +279,111 @@ TEST_F(Restore, FilteredRowsActOnTheirOwnRecords)
     EXPECT_EQ(shownItems().size(), 2);
 }
 
+TEST_F(Restore, WhatThePluginStoresMeanwhileStays)
+{
+    struct Row
+    {
+        const char *name;
+        std::function<void()> act;
+        QStringList left; ///< of the application that was changed
+    };
+    const Row rows[] = {
+        {"restore",
+         [this] {
+             select(u"Save"_s);
+             pane->scRestoreButton()->click();
+             sheetsControl.answer(1);
+         },
+         {u"Open"_s}},
+        {"remove",
+         [this] {
+             pane->scRemoveAppButton()->click();
+             sheetsControl.answer(1);
+         },
+         {}},
+        {"drop what shows nothing", [this] { pane->willSelect(); }, {u"Open"_s, u"Save"_s}},
+    };
+    const plist::Value news = items({changed(u"Paste"_s)});
+    for (const Row &row : rows) {
+        // Before every synchronise in turn, up to the last.
+        bool isStored = true;
+        for (int when = 1; isStored; ++when) {
+            SCOPED_TRACE(row.name);
+            SCOPED_TRACE(when);
+            preferences.control().setMeanwhile({});
+            storeShortcuts(
+                {{u"com.example.scribe"_s, items({changed(u"Save"_s), changed(u"Open"_s)})}});
+            showPane();
+            storeShortcuts(
+                {{u"com.example.scribe"_s, items({changed(u"Save"_s), changed(u"Open"_s)})},
+                 {u"com.example.empty"_s, items({})}});
+            int count = 0;
+            isStored = false;
+            preferences.control().setMeanwhile([&] {
+                if (++count != when)
+                    return;
+                isStored = true;
+                plist::Dictionary present = storedShortcuts();
+                present.insert(u"com.example.abacus"_s, news);
+                present.insert(u"com.example.empty"_s, news);
+                storeShortcuts(present);
+            });
+            row.act();
+            for (const char16_t *id : {u"com.example.abacus", u"com.example.empty"})
+                EXPECT_TRUE(!isStored || storedShortcuts().value(id) == news);
+            QStringList left;
+            const plist::Array groups = storedShortcuts().value(u"com.example.scribe").toArray();
+            for (const plist::Value &file : groups) {
+                for (const plist::Value &item : file.toDictionary().value(u"Keys").toArray())
+                    left.append(item.toDictionary().value(u"MenuItemTitle").toString());
+            }
+            left.sort();
+            EXPECT_EQ(left, row.left);
+            pane.reset();
+            view.reset();
+        }
+    }
+}
+
+TEST_F(Restore, AChangeThatWaitedTooLongIsGivenUpAndSaidSo)
+{
+    storeShortcuts({{u"com.example.scribe"_s, items({changed(u"Save"_s), changed(u"Open"_s)})}});
+    showPane();
+    select(u"Save"_s);
+    pane->scRestoreButton()->click();
+    preferences.control().setSynchronizeFails(true);
+    sheetsControl.answer(1);
+    EXPECT_EQ(shownItems(), QStringList{u"Open"_s}) << "kept in the window";
+    EXPECT_TRUE(pane->storeProblem()->text().contains("disk full"_L1));
+    const plist::Dictionary news{
+        {u"com.example.scribe"_s,
+         items({changed(u"Save"_s), changed(u"Open"_s), changed(u"Paste"_s)})}};
+    storeShortcuts(news);
+    preferences.control().setSynchronizeFails(false);
+    postRefresh();
+    EXPECT_EQ(storedShortcuts(), news);
+    EXPECT_EQ(shownItems(), (QStringList{u"Open"_s, u"Paste"_s, u"Save"_s}));
+    EXPECT_TRUE(pane->storeProblem()->text().contains("another program"_L1));
+}
+
+TEST_F(Restore, WhatLooksUnchangedIsKeptBeforeItIsDropped)
+{
+    // 1 and 1 on the keypad: other keys that show the same.
+    const plist::Dictionary records{
+        {u"com.example.scribe"_s, items({changed(u"One"_s, 0x12, 0x53)})}};
+    storeShortcuts(records);
+    fileStoreControl.writeError = u"disk full"_s;
+    showPane();
+    EXPECT_EQ(storedShortcuts(), records) << "nowhere to keep it";
+    fileStoreControl.writeError.clear();
+    pane->willSelect();
+    EXPECT_EQ(stored(u"MenuShortcuts"_s), plist::Value(plist::Dictionary{}));
+    EXPECT_EQ(backups().size(), 1);
+
+    storeShortcuts({{u"com.example.scribe"_s, items({changed(u"One"_s, 0x12, 0x12)})}});
+    pane->willSelect();
+    EXPECT_EQ(stored(u"MenuShortcuts"_s), plist::Value(plist::Dictionary{}));
+    EXPECT_EQ(backups().size(), 1) << "nothing worth keeping";
+}
+
 } // namespace tarnwell::tests
