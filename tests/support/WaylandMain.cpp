@@ -37,7 +37,7 @@ int main(int argc, char **argv)
                     u"--clear-groups"_s};
     }
     command += {u"sway"_s, u"-c"_s, configuration};
-    return tarnwell::tests::runTestsOn({.program = u"sway"_s,
+    return tarnwell::tests::runTestsOn({.programs = {u"sway"_s},
                                         .command = command,
                                         .platform = "wayland",
                                         .variables = {"WAYLAND_DISPLAY", "SWAYSOCK"},
