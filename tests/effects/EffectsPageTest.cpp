@@ -3,13 +3,12 @@
 #include "desktop/CapturedLog.h"
 #include "effects/QCView.h"
 #include "support/PaneFixture.h"
+#include "support/TemporaryHome.h"
 
 #include <QAbstractItemModel>
 #include <QCheckBox>
-#include <QFile>
 #include <QLabel>
 #include <QTabWidget>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTreeView>
 
@@ -31,37 +30,24 @@ class EffectsPage : public PaneFixture
 protected:
     EffectsPage()
     {
-        home = fakes::FakeHome(disk.path() + u"/home"_s, disk.path() + u"/root"_s);
+        home = fakes::FakeHome(disk.home(), disk.root());
         fileManager.control().usesDisk = true;
-        write(u"~/Library/Hullforges/Tarnwell.zok/Contents/Resources/SillyEffect.bundle/"
-              "Contents/Info.plist"_s,
-              plist::write(plist::Dictionary{}, plist::Format::Xml));
+        disk.writeInfo(plugin + u"/Tarnwell.zok/Contents/Resources/SillyEffect.bundle/"
+                                "Contents/Info.plist"_s,
+                       {});
     }
 
-    QString write(const QString &name, const QByteArray &bytes)
-    {
-        const QString path = fileManager.resolve(name);
-        QDir().mkpath(QFileInfo(path).path());
-        QFile file(path);
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
-        return path;
-    }
-    QString path(const QString &name)
-    {
-        return fileManager.resolve(u"~/Library/Application Support/Varnit/Tarnwell/"_s + name);
-    }
-    /// A composition among the user's own.
     QString add(const QString &name, const QByteArray &bytes = compositionFile())
     {
-        home.addFile(path(name));
-        return write(u"~/Library/Application Support/Varnit/Tarnwell/"_s + name, bytes);
+        home.addFile(disk.path(name));
+        return disk.write(name, bytes);
     }
-    void addScreenSaver(const QString &name)
+    /// A composition among the user's own.
+    QString addOwn(const QString &name, const QByteArray &bytes = compositionFile())
     {
-        home.addFile(fileManager.resolve(u"/Library/Screen Savers/"_s + name));
-        write(u"/Library/Screen Savers/"_s + name, compositionFile());
+        return add(u"~/Library/Application Support/Varnit/Tarnwell/"_s + name, bytes);
     }
+    void addScreenSaver(const QString &name) { add(u"/Library/Screen Savers/"_s + name); }
 
     void showPage(bool on = true)
     {
@@ -98,7 +84,8 @@ protected:
         return stored(statusKey).toDictionary().value(path).toBool();
     }
 
-    QTemporaryDir disk;
+    TemporaryHome disk;
+    const QString plugin = u"~/Library/Hullforges"_s;
 };
 
 TEST_F(EffectsPage, SwitchesAreStoredAsThePluginReadsThem)
@@ -124,8 +111,6 @@ TEST_F(EffectsPage, SwitchesAreStoredAsThePluginReadsThem)
         store(stopKey, row.stop);
         store(includeKey, row.include);
         showEffects();
-        EXPECT_EQ(pane->sillyEffect(), row.shown);
-        EXPECT_EQ(pane->includesBundledEffects(), row.includes);
         auto *effects = find<QCheckBox>("sillyEffectCheckbox");
         auto *bundled = find<QCheckBox>("includesBundledEffectsCheckbox");
         EXPECT_EQ(effects->isChecked(), row.shown);
@@ -157,7 +142,7 @@ TEST_F(EffectsPage, NothingIsLookedForBeforeThePageShows)
 
 TEST_F(EffectsPage, ADisplayThatCannotPlayHidesTheControls)
 {
-    add(u"a.qtz"_s);
+    addOwn(u"a.qtz"_s);
     windowServer.control().canPlayCompositions = false;
     showEffects();
     EXPECT_TRUE(pane->hideSillyEffects());
@@ -176,8 +161,8 @@ TEST_F(EffectsPage, ADisplayThatCannotPlayHidesTheControls)
 
 TEST_F(EffectsPage, SwitchesCompositionsAndGroups)
 {
-    const QString a = add(u"a.qtz"_s);
-    const QString b = add(u"b.qtz"_s);
+    const QString a = addOwn(u"a.qtz"_s);
+    const QString b = addOwn(u"b.qtz"_s);
     addScreenSaver(u"s.qtz"_s);
     store(statusKey, plist::Dictionary{{u"/elsewhere.qtz"_s, true}, {b, false}});
     showEffects();
@@ -209,12 +194,13 @@ TEST_F(EffectsPage, SwitchesCompositionsAndGroups)
 
 TEST_F(EffectsPage, PreviewsTheSelectedComposition)
 {
-    add(u"rain.qtz"_s, compositionFile({{u"name"_s, u"Rain <b>"_s},
-                                        {u"copyright"_s, u"© <i>Somebody</i>"_s},
-                                        {u"description"_s, u"https://example.com/?a=1&b=\"2\""_s}},
-                                       {u"SelectedMenuItem"_s}));
-    add(u"plain.qtz"_s);
-    add(u"snow.qtz"_s, compositionFile({{u"description"_s, u"Falls\nslowly"_s}}));
+    addOwn(u"rain.qtz"_s,
+           compositionFile({{u"name"_s, u"Rain <b>"_s},
+                            {u"copyright"_s, u"© <i>Somebody</i>"_s},
+                            {u"description"_s, u"https://example.com/?a=1&b=\"2\""_s}},
+                           {u"SelectedMenuItem"_s}));
+    addOwn(u"plain.qtz"_s);
+    addOwn(u"snow.qtz"_s, compositionFile({{u"description"_s, u"Falls\nslowly"_s}}));
     showEffects();
     EXPECT_TRUE(pane->preInstructionView()->isVisible());
     select(u"Application Support"_s);
@@ -230,9 +216,7 @@ TEST_F(EffectsPage, PreviewsTheSelectedComposition)
 
     select(u"plain.qtz"_s);
     EXPECT_EQ(pane->qcName()->text(), u"plain.qtz"_s);
-    EXPECT_EQ(pane->authorName()->text(), QString());
-    EXPECT_EQ(pane->urlField()->text(), QString());
-    EXPECT_EQ(pane->urlField()->toolTip(), QString());
+    EXPECT_EQ(pane->authorName()->text() + pane->urlField()->text(), QString());
 
     select(u"snow.qtz"_s);
     EXPECT_EQ(pane->urlField()->text(), u"Falls\nslowly"_s);
@@ -244,24 +228,21 @@ TEST_F(EffectsPage, PreviewsTheSelectedComposition)
 TEST_F(EffectsPage, OpensTheLink)
 {
     const QString address = u"https://example.com/a?b=1&c=%22"_s;
-    add(u"rain.qtz"_s, compositionFile({{u"description"_s, address}}));
+    addOwn(u"rain.qtz"_s, compositionFile({{u"description"_s, address}}));
     showEffects();
     select(u"rain.qtz"_s);
     EXPECT_EQ(pane->urlField()->textFormat(), Qt::RichText);
     EXPECT_TRUE(pane->urlField()->text().contains(u">example.com</a>"_s));
     EXPECT_TRUE(pane->urlField()->toolTip().contains(address.toHtmlEscaped()));
-    pane->urlField()->setFocus();
-    QTest::keyClick(pane->urlField(), Qt::Key_Tab);
-    pane->urlField()->setFocus();
     QTest::mouseClick(pane->urlField(), Qt::LeftButton, {}, pane->urlField()->rect().center());
     EXPECT_EQ(workspace.control().openedUrls, QList<QUrl>{QUrl(address)});
 }
 
 TEST_F(EffectsPage, KeepsTheLabelsForWhatIsNoComposition)
 {
-    add(u"good.qtz"_s, compositionFile({{u"name"_s, u"Good"_s}, {u"copyright"_s, u"Me"_s}}));
-    add(u"bad.qtz"_s, "what is this?");
-    home.addFile(path(u"gone.qtz"_s));
+    addOwn(u"good.qtz"_s, compositionFile({{u"name"_s, u"Good"_s}, {u"copyright"_s, u"Me"_s}}));
+    addOwn(u"bad.qtz"_s, "what is this?");
+    QFile::remove(addOwn(u"gone.qtz"_s));
     showEffects();
     for (const QString &bad : {u"bad.qtz"_s, u"gone.qtz"_s}) {
         select(u"good.qtz"_s);
@@ -275,8 +256,8 @@ TEST_F(EffectsPage, KeepsTheLabelsForWhatIsNoComposition)
 
 TEST_F(EffectsPage, FollowsWhatOthersDo)
 {
-    const QString a = add(u"a.qtz"_s, compositionFile({{u"name"_s, u"A"_s}}));
-    add(u"b.qtz"_s);
+    const QString a = addOwn(u"a.qtz"_s, compositionFile({{u"name"_s, u"A"_s}}));
+    addOwn(u"b.qtz"_s);
     addScreenSaver(u"s.qtz"_s);
     showEffects();
     select(u"b.qtz"_s);
@@ -292,7 +273,7 @@ TEST_F(EffectsPage, FollowsWhatOthersDo)
 
     // A new file, seen when the user comes back: rows move, but what is selected stays so.
     const QString before = pane->qcName()->text();
-    add(u"aa.qtz"_s);
+    addOwn(u"aa.qtz"_s);
     pane->hostDidBecomeActive();
     EXPECT_EQ(state(u"aa.qtz"_s), int(Qt::Checked));
     EXPECT_EQ(outline()->currentIndex().data().toString(), u"b.qtz"_s);
@@ -304,19 +285,18 @@ TEST_F(EffectsPage, FollowsWhatOthersDo)
 
 TEST_F(EffectsPage, WithoutThePluginTheListStaysEmptyUntilItIsThere)
 {
-    add(u"a.qtz"_s);
-    const QString plugin = fileManager.resolve(u"~/Library/Hullforges"_s);
-    ASSERT_TRUE(QDir().rename(plugin, plugin + u" aside"_s));
+    addOwn(u"a.qtz"_s);
+    const QString aside = plugin + u" aside"_s;
+    disk.move(plugin, aside);
     const CapturedLog log;
     showEffects();
-    const QString line = u"Cannot find the Tarnwell.zok bundle containing Silly Effect"_s;
-    EXPECT_EQ(log.containing(line).size(), 1);
+    EXPECT_EQ(log.containing(u"Cannot find the Tarnwell.zok bundle"_s).size(), 1);
     EXPECT_EQ(outline()->model()->rowCount(), 0);
     EXPECT_TRUE(stored(statusKey).isNull());
-    ASSERT_TRUE(QDir().rename(plugin + u" aside"_s, plugin));
+    disk.move(aside, plugin);
     pane->hostDidBecomeActive();
     EXPECT_EQ(state(u"a.qtz"_s), int(Qt::Checked));
-    ASSERT_TRUE(QDir().rename(plugin, plugin + u" aside"_s));
+    disk.move(plugin, aside);
     pane->hostDidBecomeActive();
     EXPECT_EQ(outline()->model()->rowCount(), 1) << "the bundle is found once";
 }

@@ -135,20 +135,16 @@ TEST_F(Preview, AsksForOneFrameAfterTheOther)
     pass(0.010);
     ASSERT_EQ(requests(), 3);
     EXPECT_NEAR(source.requests[2].time - source.requests[1].time, 0.020, 1e-6);
-}
 
-TEST_F(Preview, DropsToALowerRateWhereFramesAreSlow)
-{
-    show();
-    play();
     for (int frame = 0; frame < 20; ++frame) {
+        source.answer(Qt::red, 0.2);
         paint();
         pass(10.0);
-        source.answer(Qt::red, 0.2);
     }
+    source.answer(Qt::red, 0.2);
     paint();
     ASSERT_EQ(timers.control().scheduledIntervals().size(), 1);
-    EXPECT_NEAR(timers.control().scheduledIntervals()[0], 0.4, 0.01);
+    EXPECT_NEAR(timers.control().scheduledIntervals()[0], 0.4, 0.01) << "slow frames come rarely";
 }
 
 TEST_F(Preview, StandsStillWhileNobodyCanSeeIt)
@@ -211,34 +207,25 @@ TEST_F(Preview, StandsStillWhileNobodyCanSeeIt)
 TEST_F(Preview, StopsForWhatIsNoComposition)
 {
     const QByteArray good = compositionFile();
-    struct Row
-    {
-        const char *name;
-        QByteArray bytes;
-    };
-    const Row rows[] = {
-        {"empty", {}},
-        {"random", QByteArray::fromHex("8f3a00ff17c2d9e4a1b05566")},
-        {"truncated", good.left(good.size() / 2)},
-        {"binary, truncated", "bplist00\xd1\x01\x02"},
-        {"another property list", plist::write(plist::Array{1, 2}, plist::Format::Xml)},
-        {"no root patch",
-         plist::write(plist::Dictionary{{u"name"_s, u"x"_s}}, plist::Format::Binary)},
+    const std::pair<const char *, QString> rows[] = {
+        {"empty", write({})},
+        {"random", write(QByteArray::fromHex("8f3a00ff17c2d9e4a1b05566"))},
+        {"truncated", write(good.left(good.size() / 2))},
+        {"another property list", write(plist::write(plist::Array{1, 2}, plist::Format::Xml))},
+        {"no root patch", write(plist::write(plist::Dictionary{}, plist::Format::Binary))},
+        {"not there", u"/nowhere/at/all.qtz"_s},
+        {"a folder", folder.path()},
+        {"without an end", u"/dev/zero"_s},
     };
     show();
-    for (const Row &row : rows) {
-        SCOPED_TRACE(row.name);
+    for (const auto &[name, path] : rows) {
+        SCOPED_TRACE(name);
         play(good);
-        EXPECT_FALSE(view.loadCompositionFromFile(write(row.bytes)));
+        EXPECT_FALSE(view.loadCompositionFromFile(path));
         EXPECT_FALSE(view.isRendering());
         EXPECT_EQ(view.composition(), nullptr);
         view.startRendering();
         EXPECT_FALSE(view.isRendering()) << "there is nothing to play";
-    }
-    for (const QString &path : {u"/nowhere/at/all.qtz"_s, folder.path(), u"/dev/zero"_s}) {
-        play(good);
-        EXPECT_FALSE(view.loadCompositionFromFile(path));
-        EXPECT_FALSE(view.isRendering());
     }
     EXPECT_EQ(sources, 1);
     EXPECT_EQ(source.starts, source.stops);
