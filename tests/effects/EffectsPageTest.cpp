@@ -274,6 +274,7 @@ TEST_F(EffectsPage, FollowsWhatOthersDo)
     // A new file, seen when the user comes back: rows move, but what is selected stays so.
     const QString before = pane->qcName()->text();
     addOwn(u"aa.qtz"_s);
+    addOwn(u"b.qtz"_s, compositionFile({{u"name"_s, u"Not played anew"_s}}));
     pane->hostDidBecomeActive();
     EXPECT_EQ(state(u"aa.qtz"_s), int(Qt::Checked));
     EXPECT_EQ(outline()->currentIndex().data().toString(), u"b.qtz"_s);

@@ -120,6 +120,7 @@ TEST_F(Preview, AsksForOneFrameAfterTheOther)
     EXPECT_EQ(source.requests[0].time, 0.0);
     EXPECT_EQ(source.requests[0].pixels, QSize(80, 50));
     EXPECT_DOUBLE_EQ(source.requests[0].systemTime, clock.absoluteTime());
+    view.repaint();
     pass(5.0);
     EXPECT_EQ(requests(), 1) << "a slow frame is waited for";
 
