@@ -298,28 +298,13 @@ TEST(DisplayNames, DecideTheOrder)
     described.addFile(u"/x/2.qtz"_s).displayName = u"Alpha"_s;
     described.addFile(u"/x/3.qtz"_s).displayName = u"ALPHA"_s;
     const fakes::FakeFileManager fileManager(described);
-    const auto url = [](const char *name) {
-        return QUrl::fromLocalFile(u"/x/"_s + QLatin1StringView(name));
-    };
-    struct Row
-    {
-        const char *name;
-        QUrl a;
-        QUrl b;
-        int sign;
-    };
-    const Row rows[] = {
-        {"less", url("2.qtz"), url("1.qtz"), -1},
-        {"equal", url("2.qtz"), url("3.qtz"), 0},
-        {"first gone", url("gone"), url("1.qtz"), 1},
-        {"second gone", url("1.qtz"), url("gone"), -1},
-        {"both gone", url("gone"), url("gone"), 1},
-    };
-    for (const Row &row : rows) {
-        SCOPED_TRACE(row.name);
-        const int result = SECompareURLsByDisplayName(fileManager, row.a, row.b);
-        EXPECT_EQ((result > 0) - (result < 0), row.sign);
-    }
+    const QUrl beta(u"file:///x/1.qtz"_s), alpha(u"file:///x/2.qtz"_s),
+        sameAlpha(u"file:///x/3.qtz"_s), gone(u"file:///x/gone.qtz"_s);
+    EXPECT_LT(SECompareURLsByDisplayName(fileManager, alpha, beta), 0);
+    EXPECT_EQ(SECompareURLsByDisplayName(fileManager, alpha, sameAlpha), 0);
+    EXPECT_GT(SECompareURLsByDisplayName(fileManager, gone, beta), 0);
+    EXPECT_LT(SECompareURLsByDisplayName(fileManager, beta, gone), 0);
+    EXPECT_LT(SECompareURLsByDisplayName(fileManager, {}, beta), 0);
 }
 
 // --- what may be played ------------------------------------------------------------------------

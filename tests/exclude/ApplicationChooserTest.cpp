@@ -169,18 +169,6 @@ TEST_F(ApplicationChooser, EndsWithNothingWhenTheUserGivesUp)
     }
 }
 
-TEST_F(ApplicationChooser, OneAtATimeHasNoTicks)
-{
-    ports::ApplicationPanel panel = severalApplications();
-    panel.allowsMultipleSelection = false;
-    begin(panel);
-    auto *list = find<QListView>("applicationList");
-    EXPECT_FALSE(list->model()->index(0, 0).data(Qt::CheckStateRole).isValid());
-    list->setCurrentIndex(list->model()->index(3, 0));
-    press("confirmButton");
-    EXPECT_EQ(chosen, QStringList{u"/Applications/Pens.app"_s});
-}
-
 TEST_F(ApplicationChooser, HundredsOfApplicationsLoadOnlyTheIconsThatShow)
 {
     for (int i = 0; i < 800; ++i)
