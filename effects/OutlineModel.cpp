@@ -1,5 +1,7 @@
 #include "effects/OutlineModel.h"
 
+#include "foundation/PlainToolTip.h"
+
 namespace tarnwell::effects {
 
 namespace {
@@ -117,7 +119,7 @@ QVariant OutlineModel::data(const QModelIndex &index, int role) const
         return switchData(item, role);
     if (role == Qt::ToolTipRole) {
         const QUrl *const composition = std::get_if<QUrl>(&item);
-        return composition ? composition->toLocalFile() : QVariant();
+        return composition ? foundation::plainToolTip(composition->toLocalFile()) : QVariant();
     }
     return role == Qt::DisplayRole
                ? m_outline.objectValueForTableColumn(column, item, m_fileManager)

@@ -94,8 +94,7 @@ QString listed(const QStringList &names)
     if (names.size() <= mostNames)
         return names.join(", "_L1);
     return translated("%1 and %2 more")
-        .arg(names.first(mostNames).join(", "_L1))
-        .arg(names.size() - mostNames);
+        .arg(names.first(mostNames).join(", "_L1), QString::number(names.size() - mostNames));
 }
 
 } // namespace
@@ -140,8 +139,7 @@ std::optional<plist::Array> readExportedList(const QByteArray &bytes, QString *e
     for (qsizetype i = 0; i < list.size(); ++i) {
         if (const QString fault = faultOf(list.at(i)); !fault.isEmpty())
             return refuse(translated("The file is damaged: entry %1 cannot be used, because %2.")
-                              .arg(i + 1)
-                              .arg(fault));
+                              .arg(QString::number(i + 1), fault));
     }
     return list;
 }

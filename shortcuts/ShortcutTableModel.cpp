@@ -1,5 +1,6 @@
 #include "shortcuts/ShortcutTableModel.h"
 
+#include "foundation/PlainToolTip.h"
 #include "shortcuts/ShortcutCells.h"
 #include "shortcuts/SpokenKeys.h"
 
@@ -110,8 +111,8 @@ QVariant ShortcutTableModel::data(const QModelIndex &index, int role) const
                             column == static_cast<int>(ShortcutColumn::OriginalShortcut);
     if (isShortcut && role == Qt::AccessibleTextRole)
         return spokenShortcut(cell->text());
-    if (role == Qt::ToolTipRole && isShortcut)
-        return {};
+    if (role == Qt::ToolTipRole)
+        return isShortcut ? QVariant() : foundation::plainToolTip(cell->text());
     return cell->text();
 }
 

@@ -39,7 +39,8 @@ QStringList installedIconFiles(const Places &places, const QString &name)
          {places.home + "/.local/share"_L1, places.root + "/usr/local/share"_L1,
           places.root + "/usr/share"_L1}) {
         for (const int side : {64, 48, 128, 256, 96, 512, 32, 24, 22, 16})
-            files.append(u"%1/icons/hicolor/%2x%2/apps/%3.png"_s.arg(data).arg(side).arg(name));
+            files.append(
+                u"%1/icons/hicolor/%2x%2/apps/%3.png"_s.arg(data, QString::number(side), name));
         files.append(data + "/icons/hicolor/scalable/apps/"_L1 + name + ".svg"_L1);
         files.append(data + "/pixmaps/"_L1 + name);
         files.append(data + "/pixmaps/"_L1 + name + ".png"_L1);

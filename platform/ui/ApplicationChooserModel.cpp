@@ -1,5 +1,6 @@
 #include "ui/ApplicationChooserModel.h"
 
+#include "foundation/PlainToolTip.h"
 #include "foundation/StyledString.h"
 #include "ports/Workspace.h"
 #include "ui/StyledText.h"
@@ -79,6 +80,7 @@ QVariant ApplicationChooserModel::data(const QModelIndex &index, int role) const
         return row.isRunning ? tr("%1, running").arg(row.application.displayName)
                              : row.application.displayName;
     case Qt::ToolTipRole:
+        return foundation::plainToolTip(row.application.path);
     case PathRole:
         return row.application.path;
     case SearchTextRole:

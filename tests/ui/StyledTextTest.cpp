@@ -1,4 +1,5 @@
 #include "ui/StyledText.h"
+#include "foundation/PlainToolTip.h"
 #include "ui/StyledTextDelegate.h"
 
 #include <QApplication>
@@ -7,6 +8,7 @@
 #include <QPainter>
 #include <QStandardItemModel>
 #include <QTableView>
+#include <QTextDocumentFragment>
 
 #include <gtest/gtest.h>
 
@@ -186,4 +188,17 @@ TEST(StyledTextDelegate, PaintsStyledCellsAndLeavesOthersToTheToolkit)
     EXPECT_NE(styled, blank);
     model.setData(model.index(0, 0), QVariant(), styledTextRole);
     EXPECT_NE(table.grab().toImage(), blank);
+}
+
+TEST(PlainToolTip, ShowsATextLetterForLetter)
+{
+    for (const QString &text :
+         {u"/Applications/R&D.app"_s, u"<b>bold</b>"_s, u"&lt;b>"_s, u"two\n<i>lines</i>"_s,
+          u"a  < b"_s, u"<!DOCTYPE"_s, u"<?xml?><p>"_s}) {
+        const QString toolTip = tarnwell::foundation::plainToolTip(text);
+        EXPECT_EQ(Qt::mightBeRichText(toolTip)
+                      ? QTextDocumentFragment::fromHtml(toolTip).toPlainText()
+                      : toolTip,
+                  text);
+    }
 }
