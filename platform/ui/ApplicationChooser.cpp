@@ -1,5 +1,6 @@
 #include "ui/ApplicationChooser.h"
 
+#include "foundation/PlainToolTip.h"
 #include "ui/ApplicationBrowser.h"
 #include "ui/ApplicationChooserModel.h"
 #include "ui/StyledTextDelegate.h"
@@ -50,6 +51,31 @@ private:
     QStringList m_words;
 };
 
+/// Tells of a double-click on a row, but of none on its check box: there it is two quick clicks.
+class RowDelegate final : public StyledTextDelegate
+{
+public:
+    RowDelegate(QObject *parent, std::function<void()> doubleClicked)
+        : StyledTextDelegate(parent)
+        , m_doubleClicked(std::move(doubleClicked))
+    {}
+
+protected:
+    bool editorEvent(QEvent *event, QAbstractItemModel *model, const QStyleOptionViewItem &option,
+                     const QModelIndex &index) override
+    {
+        if (StyledTextDelegate::editorEvent(event, model, option, index))
+            return true;
+        if (event->type() != QEvent::MouseButtonDblClick)
+            return false;
+        m_doubleClicked();
+        return true;
+    }
+
+private:
+    std::function<void()> m_doubleClicked;
+};
+
 } // namespace
 
 ApplicationChooser::ApplicationChooser(const ports::ApplicationPanel &panel,
@@ -74,18 +100,25 @@ ApplicationChooser::ApplicationChooser(const ports::ApplicationPanel &panel,
     m_searchField->setClearButtonEnabled(true);
     m_searchField->installEventFilter(this);
     connect(m_searchField, &QLineEdit::textChanged, this, &ApplicationChooser::search);
+    // What was searched for is meant, too. The default button then confirms.
+    connect(m_searchField, &QLineEdit::returnPressed, this, [this] {
+        if (!m_searchField->text().isEmpty())
+            tickSelected();
+    });
 
     m_list->setObjectName(u"applicationList"_s);
     m_list->setAccessibleName(tr("Applications"));
     m_list->setModel(m_filter);
-    m_list->setItemDelegate(new StyledTextDelegate(m_list));
+    m_list->setItemDelegate(new RowDelegate(m_list, [this] {
+        tickSelected();
+        confirm();
+    }));
     m_list->setIconSize(iconSize);
     m_list->setUniformItemSizes(true);
     m_list->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     m_list->setAlternatingRowColors(true);
     m_list->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    connect(m_list, &QListView::doubleClicked, this, &ApplicationChooser::confirm);
     connect(m_list->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &ApplicationChooser::updateControls);
     connect(m_model, &QAbstractItemModel::dataChanged, this, &ApplicationChooser::updateControls);
@@ -164,7 +197,13 @@ void ApplicationChooser::updateControls()
     const int room = isVisible() ? m_list->width() : QWIDGETSIZE_MAX;
     m_summary->setText(fontMetrics().elidedText(summary, Qt::ElideRight, room));
     m_summary->setAccessibleName(summary);
-    m_summary->setToolTip(summary);
+    m_summary->setToolTip(foundation::plainToolTip(summary));
+}
+
+void ApplicationChooser::tickSelected()
+{
+    for (const QModelIndex &row : m_list->selectionModel()->selectedRows())
+        m_filter->setData(row, Qt::Checked, Qt::CheckStateRole);
 }
 
 void ApplicationChooser::confirm()

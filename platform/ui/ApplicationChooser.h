@@ -23,7 +23,8 @@ namespace tarnwell::ui {
 class ApplicationChooserModel;
 
 /// Shows the installed applications with a search field. What is ticked is chosen, else what is
-/// selected; with browsing, a bundle, a desktop entry or a program from anywhere.
+/// selected; a double-click and Return in the search field tick what they point at. With browsing,
+/// a bundle, a desktop entry or a program from anywhere.
 class ApplicationChooser final : public QDialog
 {
     Q_OBJECT
@@ -45,6 +46,7 @@ protected:
 private:
     void search(const QString &text);
     void browse();
+    void tickSelected();
     void confirm();
     QStringList chosenPaths() const;
     void updateControls();

@@ -10,7 +10,7 @@ namespace tarnwell::ui {
 
 /// Paints the StyledString that an item keeps under styledTextRole, beside its icon and check box
 /// if it has them. Items without one are painted as usual.
-class StyledTextDelegate final : public QStyledItemDelegate
+class StyledTextDelegate : public QStyledItemDelegate
 {
 public:
     using QStyledItemDelegate::QStyledItemDelegate;

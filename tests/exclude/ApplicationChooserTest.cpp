@@ -142,6 +142,50 @@ TEST_F(ApplicationChooser, TypingAndReturnAreEnough)
     EXPECT_EQ(codes, QList<int>{1});
 }
 
+TEST_F(ApplicationChooser, WhatIsPointedAtJoinsWhatIsTicked)
+{
+    const auto viewport = [this] { return find<QListView>("applicationList")->viewport(); };
+    const auto row = [this] {
+        auto *list = find<QListView>("applicationList");
+        return list->visualRect(list->model()->index(1, 0));
+    };
+    const auto checkBox = [&row] { return QPoint(row().left() + 10, row().center().y()); };
+    const QString quill = u"/Applications/quill.app"_s;
+    const QString brush = u"/Applications/brush.app"_s;
+    const struct
+    {
+        const char *name;
+        std::function<void()> point;
+    } ways[] = {
+        {"double-click",
+         [&] {
+             QTest::mouseClick(viewport(), Qt::LeftButton, {}, row().center());
+             QTest::mouseDClick(viewport(), Qt::LeftButton, {}, row().center());
+         }},
+        {"Return after a search",
+         [this] {
+             QTest::keyClicks(find<QLineEdit>("applicationSearch"), u"brush"_s);
+             QTest::keyClick(find<QLineEdit>("applicationSearch"), Qt::Key_Return);
+         }},
+        {"two quick clicks on the check box",
+         [&] {
+             QTest::mouseClick(viewport(), Qt::LeftButton, {}, checkBox());
+             QTest::mouseDClick(viewport(), Qt::LeftButton, {}, checkBox());
+             EXPECT_TRUE(chosen.isEmpty());
+             QTest::mouseRelease(viewport(), Qt::LeftButton, {}, checkBox());
+             press("confirmButton");
+         }},
+    };
+    for (const auto &way : ways) {
+        SCOPED_TRACE(way.name);
+        begin();
+        tick(0);
+        way.point();
+        QApplication::processEvents();
+        EXPECT_EQ(std::exchange(chosen, {}), (QStringList{quill, brush}));
+    }
+}
+
 TEST_F(ApplicationChooser, ArrowsLeadFromTheSearchIntoTheList)
 {
     begin();
