@@ -155,6 +155,8 @@ void TarnwellPref::willSelect()
     rebuildPopup();
     doPopup(scPopup());
     refreshEffects();
+    if (m_updateController)
+        m_updateController->showStoredSettings();
     m_desktop.hostApplication.setApplicationIcon(mPrefPaneIcon());
     scheduleInternetCheck();
 }
@@ -173,6 +175,8 @@ void TarnwellPref::applicationDidBecomeActive(const ports::Notification &)
     showStoredOptions();
     refreshIEList();
     refreshEffects();
+    if (m_updateController)
+        m_updateController->showStoredSettings();
 }
 
 void TarnwellPref::showDisabled(const prefs::CFPreferencesWrapper_Tarnwell &wrapper)

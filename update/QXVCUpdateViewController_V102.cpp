@@ -219,7 +219,7 @@ void QXVCUpdateViewController_V102::prepareDueCheck(double interval)
     }
     showProgress();
     showStatus(now(), localized("Checking..."));
-    showCancel(checkNow());
+    showCancel();
     setCheckingTimer(
         m_services.desktop.timers.scheduleOnce(delayOfDueCheck, [this] { checkNow(nullptr); }));
 }
@@ -243,6 +243,19 @@ void QXVCUpdateViewController_V102::placeView()
     putInPlaceOf(placeholder, m_updaterView);
 }
 
+void QXVCUpdateViewController_V102::showStoredSettings()
+{
+    synchronize();
+    const StoredUpdateSettings stored =
+        storedSettings(m_services.desktop.preferences, zokBundleID());
+    const bool automatically = stored.checksAutomatically.value_or(true);
+    checkUpdatesButton()->setChecked(automatically);
+    selectFrequency(stored.interval.value_or(defaultCheckInterval(*zokBundle())));
+    if (!automatically)
+        stopDueCheck();
+    followStoredStatus();
+}
+
 void QXVCUpdateViewController_V102::changeAutoUpdate(QObject *sender)
 {
     const auto *checkbox = qobject_cast<QAbstractButton *>(sender);
@@ -251,6 +264,8 @@ void QXVCUpdateViewController_V102::changeAutoUpdate(QObject *sender)
     m_services.desktop.preferences.setAppValue(keys::suCheckForUpdates, checkbox->isChecked(),
                                                zokBundleID());
     synchronize();
+    if (!checkbox->isChecked())
+        stopDueCheck();
 }
 
 void QXVCUpdateViewController_V102::changeFrequency(QObject *sender)

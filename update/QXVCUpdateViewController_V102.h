@@ -1,9 +1,11 @@
 #pragma once
 
 #include "foundation/Bundle.h"
+#include "foundation/plist/Value.h"
 #include "ports/Desktop.h"
 #include "ports/FileManager.h"
 #include "ui/Field.h"
+#include "ui/KeptFocus.h"
 #include "update/UpdateContext.h"
 
 #include <QObject>
@@ -25,9 +27,6 @@ class QPushButton;
 class QTextBrowser;
 class QWidget;
 
-namespace tarnwell::plist {
-class Value;
-}
 namespace tarnwell::ports {
 class Observation;
 class Timer;
@@ -92,6 +91,8 @@ public:
     void awakeFromNib();
 
     // Settings
+    /// Shows what other processes stored, and takes up what they did to a check. Writes nothing.
+    void showStoredSettings();
     void changeAutoUpdate(QObject *sender);
     void changeFrequency(QObject *sender);
 
@@ -127,10 +128,15 @@ private:
     void selectFrequency(double interval);
     void placeView();
 
+    void stopDueCheck();
+    void followStoredStatus();
     void cancelCheck(QAbstractButton *sender);
     void showProgress();
-    void showCancel(QAbstractButton *button);
+    void hideProgress();
+    void showCancel();
     void showStatus(const plist::Value &date, const QString &status);
+    void announceStatus();
+    plist::Value storedStatus() const;
     void synchronize();
     UpdateContext context() const;
     plist::Value now() const;
@@ -144,6 +150,8 @@ private:
     std::unique_ptr<ui::InterfaceMismatch> m_interfaceMismatch;
     std::vector<std::unique_ptr<QWidget>> m_windows; ///< of the interface files
     std::unique_ptr<ports::Timer> m_cancelTimer;     ///< from a cancel to the end of checking
+    ui::KeptFocus m_focusOfCheckNow;
+    plist::Value m_statusBeforeCheck; ///< as it was stored when the progress began to show
     std::vector<std::unique_ptr<ports::Observation>> m_observations;
 };
 

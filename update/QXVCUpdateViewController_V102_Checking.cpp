@@ -3,6 +3,7 @@
 #include "update/QXVCUpdateViewController_V102.h"
 
 #include "foundation/Logging.h"
+#include "foundation/PlainToolTip.h"
 #include "foundation/StatusCodes.h"
 #include "ports/NotificationCenter.h"
 #include "ports/Preferences.h"
@@ -12,6 +13,7 @@
 #include "update/StatusText.h"
 #include "update/UpdaterLaunch.h"
 
+#include <QAccessible>
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
@@ -45,12 +47,6 @@ void setTitle(QAbstractButton *button, const QString &title)
     button->setAccessibleName(QString(title).remove(u'&'));
 }
 
-/// A tool tip takes what looks like markup for it.
-QString plainToolTip(const QString &text)
-{
-    return Qt::mightBeRichText(text) ? text.toHtmlEscaped() : text;
-}
-
 } // namespace
 
 void QXVCUpdateViewController_V102::checkNow(QObject *sender)
@@ -63,9 +59,12 @@ void QXVCUpdateViewController_V102::checkNow(QObject *sender)
     }
     // Another process may have removed the plug-in meanwhile.
     const auto bundle = foundation::Bundle::open(zokBundle()->path());
-    if (!bundle)
+    if (!bundle) {
+        if (tagOf(checkNow()) == Idle)
+            hideProgress();
         return;
-    checkNow()->setEnabled(false);
+    }
+    m_focusOfCheckNow.disable(checkNow());
     const int status = QXLaunchUpdater(context(), bundle, zokBundleID(), &m_launchedUpdater);
     if (status != foundation::noErr) {
         const QString comment =
@@ -73,13 +72,13 @@ void QXVCUpdateViewController_V102::checkNow(QObject *sender)
         showStatus(now(), localized("Failed. Error %d. %s")
                               .replace("%d"_L1, QString::number(status))
                               .replace("%s"_L1, comment));
+        announceStatus();
     } else {
-        if (button)
-            showCancel(button);
+        showCancel();
         m_services.desktop.preferences.setAppValue(keys::suLastCheckDate, now(), zokBundleID());
         synchronize();
     }
-    checkNow()->setEnabled(true);
+    m_focusOfCheckNow.enable(checkNow());
 }
 
 void QXVCUpdateViewController_V102::cancelCheck(QAbstractButton *sender)
@@ -88,28 +87,36 @@ void QXVCUpdateViewController_V102::cancelCheck(QAbstractButton *sender)
         checkingTimer()->invalidate();
         setCheckingTimer(nullptr);
     }
-    sender->setEnabled(false);
+    m_focusOfCheckNow.disable(sender);
     m_services.desktop.distributedNotifications.post(
         {u"com.varnit.updater.CancelUpdate"_s, zokBundleID(), {}});
     m_cancelTimer = m_services.desktop.timers.scheduleOnce(patienceAfterCancel,
                                                            [this] { updateCheckComplete(); });
 }
 
+void QXVCUpdateViewController_V102::stopDueCheck()
+{
+    if (checkingTimer() && checkingTimer()->isValid())
+        updateCheckComplete();
+}
+
 void QXVCUpdateViewController_V102::updateCheckComplete()
 {
-    // The updater may have answered a cancel: the next check must not be ended by the last one's
-    // timer.
-    if (m_cancelTimer)
-        m_cancelTimer->invalidate();
+    // The updater may have answered a cancel, or somebody else's check: no timer of this one may
+    // end or repeat the next.
+    for (ports::Timer *timer : {m_cancelTimer.get(), checkingTimer().get()}) {
+        if (timer)
+            timer->invalidate();
+    }
     if (m_services.state.logsDiagnostics)
         TARNWELL_SYSTEM_LOG(u"Completed"_s);
-    progessBar()->setRange(0, 1);
-    progessBar()->hide();
+    hideProgress();
     setTitle(checkNow(), oldCheckNowTitle());
     setTag(checkNow(), Idle);
-    checkNow()->setEnabled(true);
+    m_focusOfCheckNow.enable(checkNow());
     synchronize();
     updateStatusString();
+    announceStatus();
 }
 
 void QXVCUpdateViewController_V102::statusChange(const ports::Notification &notification)
@@ -127,9 +134,9 @@ void QXVCUpdateViewController_V102::statusChange(const ports::Notification &noti
 
 void QXVCUpdateViewController_V102::updateStatusString()
 {
-    const ports::Preferences &preferences = m_services.desktop.preferences;
-    const plist::Value status = preferences.copyAppValue(keys::suLastCheckStatus, zokBundleID());
-    const plist::Value date = preferences.copyAppValue(keys::suLastCheckDate, zokBundleID());
+    const plist::Value status = storedStatus();
+    const plist::Value date =
+        m_services.desktop.preferences.copyAppValue(keys::suLastCheckDate, zokBundleID());
     showStatus(date.isDate() ? date : now(),
                status.isString() ? status.toString() : localized("Never checked for updates."));
 }
@@ -142,21 +149,49 @@ void QXVCUpdateViewController_V102::showStatus(const plist::Value &date, const Q
             {QXCopyFormattedDate(date, style, style).value_or(QString()), shortStatus(status)});
     };
     lastStatus()->setText(text(ShortDateStyle));
-    lastStatus()->setToolTip(plainToolTip(text(FullDateStyle)));
+    lastStatus()->setToolTip(foundation::plainToolTip(text(FullDateStyle)));
+}
+
+/// A label is never focused, so no screen reader would say by itself how a check ended.
+void QXVCUpdateViewController_V102::announceStatus()
+{
+    QAccessibleEvent alert(lastStatus(), QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
+}
+
+plist::Value QXVCUpdateViewController_V102::storedStatus() const
+{
+    return m_services.desktop.preferences.copyAppValue(keys::suLastCheckStatus, zokBundleID());
+}
+
+void QXVCUpdateViewController_V102::followStoredStatus()
+{
+    // A new result is the end of a check, even if the notification of it was lost.
+    if (progessBar()->isHidden())
+        updateStatusString();
+    else if (storedStatus() != m_statusBeforeCheck)
+        updateCheckComplete();
 }
 
 void QXVCUpdateViewController_V102::showProgress()
 {
     if (!progessBar()->isHidden())
         return;
+    m_statusBeforeCheck = storedStatus();
     progessBar()->setRange(0, 0); // which is animated
     progessBar()->show();
 }
 
-void QXVCUpdateViewController_V102::showCancel(QAbstractButton *button)
+void QXVCUpdateViewController_V102::hideProgress()
 {
-    setTag(button, Checking);
-    setTitle(button, localized("Cancel"));
+    progessBar()->setRange(0, 1);
+    progessBar()->hide();
+}
+
+void QXVCUpdateViewController_V102::showCancel()
+{
+    setTag(checkNow(), Checking);
+    setTitle(checkNow(), localized("Cancel"));
 }
 
 } // namespace tarnwell::update

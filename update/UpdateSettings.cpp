@@ -12,24 +12,33 @@ namespace tarnwell::update {
 using namespace Qt::StringLiterals;
 namespace keys = prefs::keys;
 
+StoredUpdateSettings storedSettings(const ports::Preferences &preferences, const QString &moduleID)
+{
+    StoredUpdateSettings stored;
+    bool isValid = false;
+    const bool automatically =
+        preferences.appBooleanValue(keys::suCheckForUpdates, moduleID, &isValid);
+    if (isValid)
+        stored.checksAutomatically = automatically;
+    const plist::Value interval = preferences.copyAppValue(keys::suCheckInterval, moduleID);
+    if (interval.isNumber()) // not-a-number included
+        stored.interval = interval.toDouble() >= 1.0 ? interval.toDouble() : oneWeek;
+    return stored;
+}
+
 UpdateSettings settingsWithDefaults(ports::Preferences &preferences, const QString &moduleID,
                                     const foundation::Bundle &bundle)
 {
+    const StoredUpdateSettings stored = storedSettings(preferences, moduleID);
     UpdateSettings settings;
-    bool isValid = false;
-    settings.checksAutomatically =
-        preferences.appBooleanValue(keys::suCheckForUpdates, moduleID, &isValid);
-    if (!isValid) {
-        settings.checksAutomatically = true;
+    settings.checksAutomatically = stored.checksAutomatically.value_or(true);
+    if (!stored.checksAutomatically) {
         settings.wroteDefaults = true;
         preferences.setAppValue(keys::suCheckForUpdates, true, moduleID);
     }
 
-    const plist::Value stored = preferences.copyAppValue(keys::suCheckInterval, moduleID);
-    if (stored.isNumber()) {
-        settings.interval = stored.toDouble();
-        if (!(settings.interval >= 1.0)) // not-a-number included
-            settings.interval = oneWeek;
+    if (stored.interval) {
+        settings.interval = *stored.interval;
         return settings;
     }
     const QString version = shortVersion(bundle);

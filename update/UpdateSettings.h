@@ -5,11 +5,22 @@
 
 #include <QList>
 
+#include <optional>
+
 namespace tarnwell::ports {
 class Preferences;
 }
 
 namespace tarnwell::update {
+
+/// What is stored of a module's settings; nothing where that is absent or of another type.
+struct StoredUpdateSettings
+{
+    std::optional<bool> checksAutomatically;
+    std::optional<double> interval; ///< seconds, at least 1: less counts as a week
+};
+
+StoredUpdateSettings storedSettings(const ports::Preferences &preferences, const QString &moduleID);
 
 /// The two settings of a module's checks.
 struct UpdateSettings
@@ -19,8 +30,8 @@ struct UpdateSettings
     bool wroteDefaults = false;
 };
 
-/// Reads a module's settings, and writes a default for each that is absent or of another type. A
-/// stored interval below a second counts as a week. Does not synchronise.
+/// Reads a module's settings, and writes a default for each that is absent or of another type.
+/// Does not synchronise.
 UpdateSettings settingsWithDefaults(ports::Preferences &preferences, const QString &moduleID,
                                     const foundation::Bundle &bundle);
 

@@ -2,6 +2,9 @@
 
 #include "ViewFixture.h"
 
+#include <QCheckBox>
+#include <QTest>
+
 using namespace Qt::StringLiterals;
 
 namespace tarnwell::tests {
@@ -48,14 +51,60 @@ TEST_F(Checking, StartsByItselfTenSecondsAfterOpeningWhenDue)
     }
 }
 
-TEST_F(Checking, CancelsADueCheckBeforeItBegins)
+TEST_F(Checking, ADueCheckMayBeCalledOff)
 {
-    openView();
-    ASSERT_TRUE(isChecking());
+    const std::pair<const char *, std::function<void()>> rows[] = {
+        {"cancelled", [this] { controller->checkNow()->click(); }},
+        {"switched off", [this] { controller->checkUpdatesButton()->click(); }},
+        {"switched off elsewhere",
+         [this] {
+             store(u"SUCheckForUpdates"_s, false);
+             controller->showStoredSettings();
+         }},
+        {"made elsewhere", [this] { post(u"UpdateCheckCompleted"_s); }},
+    };
+    for (const auto &[name, callOff] : rows) {
+        SCOPED_TRACE(name);
+        store(u"SUCheckForUpdates"_s, true);
+        openView();
+        ASSERT_TRUE(isChecking());
+        callOff();
+        timers.control().advance(60.0);
+        EXPECT_TRUE(isIdle());
+        EXPECT_TRUE(applications.control().opened.isEmpty());
+        controller.reset();
+        placeholder->show();
+    }
+}
+
+TEST_F(Checking, TheButtonKeepsTheFocusOfTheKeyboard)
+{
+    openIdleView();
+    const auto press = [this] { QTest::keyClick(window.focusWidget(), Qt::Key_Space); };
+    controller->checkNow()->setFocus();
+    press();
+    EXPECT_EQ(window.focusWidget(), controller->checkNow());
+    press();
+    EXPECT_FALSE(controller->checkNow()->isEnabled()) << "cancelled";
+    timers.control().advance(2.0);
+    EXPECT_EQ(window.focusWidget(), controller->checkNow());
+    press();
+    press();
+    controller->frequencyPopup()->setFocus();
+    timers.control().advance(2.0);
+    EXPECT_EQ(window.focusWidget(), controller->frequencyPopup()) << "the user went on";
+}
+
+TEST_F(Checking, AStoredResultEndsACheckWhoseReportWasLost)
+{
+    openIdleView();
     controller->checkNow()->click();
-    timers.control().advance(60.0);
+    controller->showStoredSettings();
+    EXPECT_TRUE(isChecking());
+    store(u"SULastCheckStatus"_s, u"No newer version."_s);
+    controller->showStoredSettings();
     EXPECT_TRUE(isIdle());
-    EXPECT_TRUE(applications.control().opened.isEmpty());
+    EXPECT_TRUE(status().endsWith(": No newer version."_L1)) << qPrintable(status());
 }
 
 TEST_F(Checking, TheEndOfACancelledCheckDoesNotEndTheNextOne)
@@ -80,6 +129,8 @@ TEST_F(Checking, SaysWhyItCouldNotLaunch)
     EXPECT_TRUE(controller->checkNow()->isEnabled());
     EXPECT_EQ(controller->checkNow()->property("tag"), 0) << "nothing runs that could be cancelled";
     EXPECT_EQ(stored(u"SULastCheckDate"_s), plist::Value(plist::Date{clock.absoluteTime() - 60.0}));
+    controller->showStoredSettings();
+    EXPECT_TRUE(status().contains(": Failed."_L1)) << "until something new is known";
     post(u"UpdateCheckCompleted"_s);
     EXPECT_TRUE(isIdle());
 }
@@ -128,7 +179,7 @@ TEST_F(Checking, ThePluginMayGoAway)
     disk.remove(u"~/Library/Hullforges/Tarnwell.zok"_s);
     controller->checkNow()->click();
     EXPECT_TRUE(applications.control().opened.isEmpty());
-    EXPECT_TRUE(controller->checkNow()->isEnabled());
+    EXPECT_TRUE(isIdle());
 }
 
 TEST_F(Checking, TakesNoStatusThatIsNone)

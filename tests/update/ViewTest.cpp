@@ -103,6 +103,36 @@ TEST_F(View, StoresWhatTheUserChooses)
     EXPECT_EQ(stored(u"SUCheckInterval"_s), plist::Value(2592000)) << "no interval";
 }
 
+TEST_F(View, FollowsWhatOthersStore)
+{
+    storeLastCheck(60.0);
+    showPane();
+    const struct
+    {
+        const char *name;
+        bool automatic;
+        int interval;
+        QString frequency;
+        std::function<void()> follow;
+    } rows[] = {
+        {"refreshed", false, 86400, u"Daily"_s, [this] { postRefresh(); }},
+        {"active again", true, 2592000, u"Monthly"_s, [this] { pane->hostDidBecomeActive(); }},
+        {"shown again", false, 604800, u"Weekly"_s, [this] { pane->willSelect(); }},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.name);
+        store(u"SUCheckForUpdates"_s, row.automatic);
+        store(u"SUCheckInterval"_s, row.interval);
+        store(u"SULastCheckStatus"_s, row.frequency);
+        preferences.control().clearRecord();
+        row.follow();
+        EXPECT_EQ(find<QCheckBox>("checkUpdatesButton")->isChecked(), row.automatic);
+        EXPECT_EQ(find<QComboBox>("frequencyPopup")->currentText(), row.frequency);
+        EXPECT_TRUE(find<QLabel>("lastStatus")->text().endsWith(row.frequency));
+        EXPECT_TRUE(preferences.control().writes().isEmpty());
+    }
+}
+
 TEST_F(View, ShowsTheLastResultAndTheWholeDate)
 {
     openView();
