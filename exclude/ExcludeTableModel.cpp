@@ -2,6 +2,7 @@
 
 #include "exclude/ExcludeRecord.h"
 #include "exclude/ExcludeRows.h"
+#include "foundation/PlainToolTip.h"
 #include "ports/Workspace.h"
 
 #include <algorithm>
@@ -37,6 +38,11 @@ void ExcludeTableModel::setRecords(const plist::Array &records)
 int ExcludeTableModel::indexOf(const plist::Value &record) const
 {
     const auto *found = std::find(m_records.begin(), m_records.end(), record);
+    if (const plist::Value &id = record.toDictionary().value(record::identifier);
+        found == m_records.end() && id.isString())
+        found = std::find_if(m_records.begin(), m_records.end(), [&id](const plist::Value &other) {
+            return other.toDictionary().value(record::identifier) == id;
+        });
     return found == m_records.end() ? -1 : static_cast<int>(found - m_records.begin());
 }
 
@@ -68,7 +74,7 @@ QVariant ExcludeTableModel::textData(const plist::Dictionary &dictionary, int ro
     case Qt::AccessibleTextRole:
         return excludeCellValue(dictionary, m_fileManager).text().trimmed();
     case Qt::ToolTipRole:
-        return dictionary.value(record::path).toString();
+        return foundation::plainToolTip(dictionary.value(record::path).toString());
     default:
         return {};
     }

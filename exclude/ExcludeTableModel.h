@@ -40,7 +40,7 @@ public:
     void setRecords(const plist::Array &records);
     const plist::Array &records() const { return m_records; }
 
-    /// Where an equal record stands; -1 when there is none.
+    /// Where an equal record stands, or else one of the same application; -1 for none.
     int indexOf(const plist::Value &record) const;
 
     int rowCount(const QModelIndex &parent = {}) const override;

@@ -24,6 +24,7 @@
 #include <QHeaderView>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QShortcut>
 #include <QTableView>
 
 #include <algorithm>
@@ -48,6 +49,20 @@ std::optional<foundation::Bundle> bundleOfItem(const ports::FileManager &fileMan
         return bundle;
     const bool isProgram = item.isFile() && fileManager.isOwnerExecutable(path);
     return isProgram ? foundation::Bundle::ofPlainFolder(item.path()) : std::nullopt;
+}
+
+bool isFocused(const QWidget *widget)
+{
+    return widget->window()->focusWidget() == widget;
+}
+
+/// Greys a button out. The focus goes where no key does harm, and not to the next button, which
+/// whoever presses this one again and again would press then.
+void setEnabledOrFocus(QWidget *instead, QPushButton *button, bool enabled)
+{
+    if (!enabled && isFocused(button))
+        instead->setFocus();
+    button->setEnabled(enabled);
 }
 
 } // namespace
@@ -76,6 +91,8 @@ void TarnwellPref::setUpExcludeTable()
     header->resizeSection(0, header->minimumSectionSize());
     connect(table->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             [this] { tableViewSelectionDidChange(ieListTable()); });
+    connect(new QShortcut(Qt::Key_Delete, table, nullptr, nullptr, Qt::WidgetShortcut),
+            &QShortcut::activated, ieRemoveButton(), &QPushButton::click);
 }
 
 int TarnwellPref::selectedExcludeRow() const
@@ -95,8 +112,8 @@ void TarnwellPref::selectExcludeRow(int row)
 void TarnwellPref::updateExcludeButtons()
 {
     const int row = selectedExcludeRow();
-    ieRemoveButton()->setEnabled(row >= 0 &&
-                                 !exclude::isPredefined(m_ieList.at(row).toDictionary()));
+    setEnabledOrFocus(ieListTable(), ieRemoveButton(),
+                      row >= 0 && !exclude::isPredefined(m_ieList.at(row).toDictionary()));
 }
 
 void TarnwellPref::refreshIEList()
@@ -124,7 +141,7 @@ void TarnwellPref::buildIEList()
         ieListTable()->verticalScrollBar()->setValue(scrolled);
         selectExcludeRow(now);
     }
-    ieRemoveButton()->setEnabled(selectedExcludeRow() >= 0);
+    setEnabledOrFocus(ieListTable(), ieRemoveButton(), selectedExcludeRow() >= 0);
     ieExportButton()->setEnabled(exclude::hasRecordsToExport(stored));
 }
 
@@ -173,6 +190,7 @@ void TarnwellPref::ieRemoveApp(QObject *)
     const int row = selectedExcludeRow();
     if (row < 0 || row >= m_ieList.size())
         return;
+    const bool wasFocused = isFocused(ieRemoveButton());
     exclude::RemoveAppIDFromExcludeList(
         m_desktop.preferences, prefs::pluginDomain,
         m_ieList.at(row).toDictionary().value(exclude::record::identifier).toString());
@@ -180,6 +198,8 @@ void TarnwellPref::ieRemoveApp(QObject *)
     // The next one takes its place, for those who remove one after the other by the keyboard.
     if (selectedExcludeRow() < 0 && !m_ieList.isEmpty())
         selectExcludeRow(std::min(row, static_cast<int>(m_ieList.size()) - 1));
+    if (wasFocused && ieRemoveButton()->isEnabled())
+        ieRemoveButton()->setFocus();
 }
 
 void TarnwellPref::ieHideCheckbox(QObject *sender)

@@ -30,9 +30,17 @@ void TarnwellPref::doExportExcludeList(QObject *)
                 return;
             const auto stored =
                 exclude::CopyExcludeList(m_desktop.preferences, prefs::pluginDomain);
+            const QByteArray bytes = exclude::exportedList(stored.value_or(plist::Array()));
+            // The list may have emptied meanwhile, and the file may hold one that is worth more.
+            if (bytes.isEmpty()) {
+                showMessage(localized("The Exclude List Was Not Exported"),
+                            localized("No application of yours is on it any more. Nothing was "
+                                      "written to \"%1\".")
+                                .arg(path));
+                return;
+            }
             QString error;
-            if (!m_desktop.fileStore.writeFile(
-                    path, exclude::exportedList(stored.value_or(plist::Array())), &error))
+            if (!m_desktop.fileStore.writeFile(path, bytes, &error))
                 showMessage(localized("The Exclude List Was Not Exported"),
                             localized("\"%1\" cannot be written: %2").arg(path, error));
         });

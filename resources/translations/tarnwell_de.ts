@@ -1300,6 +1300,10 @@
         <translation>Die Ausnahmeliste wurde nicht exportiert</translation>
     </message>
     <message>
+        <source>No application of yours is on it any more. Nothing was written to &quot;%1&quot;.</source>
+        <translation>Es steht kein Programm von Ihnen mehr darauf. In „%1“ wurde nichts geschrieben.</translation>
+    </message>
+    <message>
         <source>Import Exclude List</source>
         <translation>Ausnahmeliste importieren</translation>
     </message>

@@ -2,8 +2,10 @@
 #include "support/TemporaryHome.h"
 
 #include <QAbstractItemModelTester>
+#include <QApplication>
 #include <QCheckBox>
 #include <QPushButton>
+#include <QTabWidget>
 #include <QTableView>
 #include <QTest>
 
@@ -104,18 +106,30 @@ TEST_F(ExcludePage, AddsTheBundleAroundAnItemAndSkipsWhatIsInNone)
 
 TEST_F(ExcludePage, RemovesTheSelectedApplication)
 {
-    showPaneWith({record(u"b"_s), record(u"a"_s), record(u"c"_s)});
+    showPaneWith({record(u"b"_s), record(u"a"_s), record(u"c"_s), record(u"d"_s, true)});
     preferences.control().clearRecord();
     pane->ieRemoveApp(nullptr);
     EXPECT_TRUE(preferences.control().writes().isEmpty()) << "nothing was selected";
 
     table()->selectRow(1);
     EXPECT_TRUE(pane->ieRemoveButton()->isEnabled());
-    QTest::mouseClick(pane->ieRemoveButton(), Qt::LeftButton);
-    EXPECT_EQ(storedIdentifiers(), (QStringList{u"a"_s, u"c"_s}));
+    const QWidget *window = view->window();
+    find<QTabWidget>("pages")->setCurrentWidget(find<QWidget>("excludeListPage"));
+    view->activateWindow();
+    QApplication::processEvents();
+    pane->ieRemoveButton()->setFocus();
+    QTest::keyClick(window->focusWidget(), Qt::Key_Space);
+    EXPECT_EQ(storedIdentifiers(), (QStringList{u"a"_s, u"c"_s, u"d"_s}));
     EXPECT_EQ(table()->currentIndex().row(), 1) << "the next one is selected";
-    QTest::mouseClick(pane->ieRemoveButton(), Qt::LeftButton);
-    EXPECT_EQ(shown(), QStringList{u"a"_s});
+    EXPECT_EQ(window->focusWidget(), pane->ieRemoveButton());
+    QTest::keyClick(window->focusWidget(), Qt::Key_Space);
+    EXPECT_EQ(shown(), (QStringList{u"a"_s, u"d"_s}));
+    EXPECT_FALSE(pane->ieRemoveButton()->isEnabled()) << "the next one came with the product";
+    EXPECT_EQ(window->focusWidget(), table());
+    QTest::keyClick(table(), Qt::Key_Delete);
+    table()->selectRow(0);
+    QTest::keyClick(table(), Qt::Key_Delete);
+    EXPECT_EQ(shown(), QStringList{u"d"_s});
 }
 
 TEST_F(ExcludePage, GuardsPredefinedOnesByTheSelectionAlone)
@@ -151,11 +165,16 @@ TEST_F(ExcludePage, HidesPredefinedOnesOnWish)
 
 TEST_F(ExcludePage, FollowsTheStoredListWhenShownAgain)
 {
-    showPaneWith({record(u"a"_s)});
-    store(u"ExcludeList"_s, plist::Value(plist::Array{7, record(u"b"_s), record(u"a"_s)}));
+    showPaneWith({record(u"b"_s)});
+    table()->selectRow(0);
+    plist::Dictionary changed = record(u"b"_s);
+    changed.insert(u"Path"_s, u"/Applications/b<b>.app"_s);
+    store(u"ExcludeList"_s, plist::Value(plist::Array{7, changed, record(u"a"_s)}));
     pane->willUnselect();
     pane->willSelect();
-    EXPECT_EQ(shown(), (QStringList{u"a"_s, u"b"_s}));
+    EXPECT_EQ(shown().size(), 2);
+    EXPECT_EQ(table()->currentIndex().row(), 1) << "the application stays selected";
+    EXPECT_FALSE(table()->currentIndex().data(Qt::ToolTipRole).toString().contains("<b>"_L1));
     EXPECT_EQ(pane->objectValueForTableColumn(table(), 1, 1)->text(), u"b\n"_s);
     EXPECT_EQ(pane->objectValueForTableColumn(table(), 1, 2), std::nullopt);
 }
@@ -226,6 +245,13 @@ TEST_F(ExcludePage, SaysWhyAnExportOrImportFailed)
         EXPECT_EQ(sheetsControl.alerts().last().alert.title, u"Nothing Was Imported"_s);
         EXPECT_TRUE(sheetsControl.alerts().last().alert.message.contains(path));
     }
+    fileStoreControl.files[u"/list.plist"_s] = "precious";
+    pane->doExportExcludeList(nullptr);
+    ASSERT_TRUE(openPanel.control().chooseFile(u"/list.plist"_s));
+    EXPECT_EQ(fileStoreControl.files[u"/list.plist"_s], "precious") << "the list emptied meanwhile";
+    EXPECT_TRUE(sheetsControl.alerts().last().alert.message.contains(u"No application"_s));
+
+    store(u"ExcludeList"_s, plist::Value(plist::Array{record(u"a"_s)}));
     fileStoreControl.writeError = u"The disk is full"_s;
     pane->doExportExcludeList(nullptr);
     ASSERT_TRUE(openPanel.control().chooseFile(u"/list.plist"_s));
