@@ -15,6 +15,8 @@
 #include <QListWidget>
 #include <QLocale>
 #include <QPushButton>
+#include <QRegularExpression>
+#include <QSet>
 #include <QTableView>
 
 using namespace Qt::StringLiterals;
@@ -25,11 +27,25 @@ namespace {
 
 constexpr qint64 importSizeLimit = 64'000'000;
 
-QString dateInWords(const plist::Date &date)
+enum class Precision { Minutes, Seconds };
+
+QString dateInWords(const plist::Date &date, Precision precision)
 {
     const double seconds = date.absoluteTime + ports::Clock::absoluteTimeIntervalSince1970;
     const auto time = QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(seconds * 1000));
-    return QLocale().toString(time, QLocale::ShortFormat);
+    QString format = QLocale().dateTimeFormat(QLocale::ShortFormat);
+    if (precision == Precision::Seconds) // parted like the minutes
+        format.replace(QRegularExpression(u"(\\W)mm"_s), u"\\1mm\\1ss"_s);
+    return QLocale().toString(time, format);
+}
+
+/// As precise as it takes to tell the backups apart.
+Precision precisionFor(const QList<shortcuts::ShortcutBackup> &backups)
+{
+    QSet<QString> minutes;
+    for (const shortcuts::ShortcutBackup &backup : backups)
+        minutes.insert(dateInWords(backup.date, Precision::Minutes));
+    return minutes.size() < backups.size() ? Precision::Seconds : Precision::Minutes;
 }
 
 } // namespace
@@ -52,11 +68,13 @@ void TarnwellPref::doBringBack(QObject *)
                     localized("Shortcuts are kept here whenever you restore or remove some."));
         return;
     }
+    const Precision precision = precisionFor(backups);
     bringBackList()->clear();
     for (const shortcuts::ShortcutBackup &backup : backups) {
-        auto *item = new QListWidgetItem(
-            localized("%1: %2").arg(dateInWords(backup.date), countInWords(backup.count)),
-            bringBackList());
+        auto *item =
+            new QListWidgetItem(localized("%1: %2").arg(dateInWords(backup.date, precision),
+                                                        countInWords(backup.count)),
+                                bringBackList());
         item->setData(Qt::UserRole, backup.path);
     }
     bringBackList()->setCurrentRow(0);
@@ -83,7 +101,7 @@ void TarnwellPref::askToBringBack(const QString &backup)
     alert.message =
         localized("Do you want to replace all present shortcuts by those of %1 (%2)? The present "
                   "ones are kept, so that they can be brought back in turn.")
-            .arg(dateInWords(archive->date),
+            .arg(dateInWords(archive->date, Precision::Seconds),
                  countInWords(shortcuts::countShortcuts(archive->shortcuts)));
     alert.defaultButton = localized("Bring Back");
     alert.alternateButton = localized("Cancel");
