@@ -9,8 +9,9 @@ namespace tarnwell::desktop {
 /// How much of the user's patience and memory one document may take.
 struct HttpLimits
 {
-    std::chrono::milliseconds time{10'000}; ///< from the call to its return, redirects included
-    qint64 size = 8 * 1024 * 1024;          ///< bytes of the body
+    /// From the call to its return, redirects included. The pane stands still meanwhile.
+    std::chrono::milliseconds time{4'000};
+    qint64 size = 8 * 1024 * 1024; ///< bytes of the body
     int redirects = 5;
 };
 
