@@ -9,7 +9,6 @@
 #include "fakes/FakeFolders.h"
 #include "fakes/FakePreferences.h"
 #include "foundation/StatusCodes.h"
-#include "support/RowName.h"
 #include "support/TemporaryHome.h"
 
 #include <sys/stat.h>
@@ -109,62 +108,48 @@ protected:
 
 // --- one folder --------------------------------------------------------------------------------
 
-struct ScanRow
+TEST_F(Discovery, FindsWhatMayBePlayedInAFolder)
 {
-    const char *name;
-    QStringList files; ///< in the folder that is searched
-    QStringList found;
-    QStringList refused; ///< folders with a line in the log
-};
-
-class Scan : public Discovery, public testing::WithParamInterface<ScanRow>
-{};
-
-TEST_P(Scan, FindsWhatMayBePlayed)
-{
-    const QString top = home.makeFolder(u"/Top"_s);
-    for (const QString &name : GetParam().files)
-        add({u"/Top/"_s + name});
-    QList<QUrl> results;
-    QStringList lines;
+    struct Row
     {
+        QString name; ///< of the folder that is searched
+        QStringList files;
+        QStringList found;
+        QStringList refused = {}; ///< folders with a line in the log
+    };
+    const Row rows[] = {
+        {u"empty"_s, {}, {}},
+        {u"endings"_s,
+         {u"a.qtz"_s, u"b.QTZ"_s, u"c.qtz.txt"_s, u"d"_s, u"qtz"_s, u"f.qtzx"_s, u"g.h.qtz"_s},
+         {u"a.qtz"_s, u"b.QTZ"_s, u"g.h.qtz"_s}},
+        {u"other characters"_s, {u"Ünï ☞ 1%.qtz"_s}, {u"Ünï ☞ 1%.qtz"_s}},
+        {u"hidden"_s, {u".a.qtz"_s, u".qtz"_s}, {}},
+        {u"one level down"_s,
+         {u"b/x.qtz"_s, u"a/y.qtz"_s, u"z.qtz"_s, u"a/deep/no.qtz"_s, u".hidden/h.qtz"_s},
+         {u"z.qtz"_s, u".hidden/h.qtz"_s, u"a/y.qtz"_s, u"b/x.qtz"_s}},
+        {u"folder with the ending"_s, {u"a.qtz/inner.qtz"_s}, {u"a.qtz/inner.qtz"_s}},
+        {u"folders that are refused"_s,
+         {u"Logs/a.qtz"_s, u"catalog/a.qtz"_s, u"My ICHAT Icons/a.qtz"_s, u"Fine/Logo.qtz"_s},
+         {u"Fine/Logo.qtz"_s},
+         {u"Logs"_s, u"My ICHAT Icons"_s, u"catalog"_s}},
+    };
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name.toStdString());
+        const QString top = home.makeFolder(u'/' + row.name);
+        for (const QString &name : row.files)
+            add({u'/' + row.name + u'/' + name});
+        QList<QUrl> results;
         const tests::CapturedLog log;
         EXPECT_EQ(SEScanFolderForQTZ(fileManager, folders, top, results, 0), 0);
-        lines = log.lines();
+        EXPECT_EQ(log.lines().size(), row.refused.size());
+        for (const QString &name : row.refused)
+            EXPECT_EQ(log.containing(u' ' + name + u" is not"_s).size(), 1);
+        QStringList found;
+        for (const QString &path : paths(results))
+            found.append(path.mid(top.size() + 1));
+        EXPECT_EQ(found, row.found);
     }
-    QStringList expectedLines;
-    for (const QString &name : GetParam().refused)
-        expectedLines.append(u"[TaWl] %1 is not an appropriate folder to search for Quartz "
-                             "Composer Documents"_s.arg(name));
-    EXPECT_EQ(lines, expectedLines);
-    QStringList found;
-    for (const QString &path : paths(results))
-        found.append(path.mid(top.size() + 1));
-    EXPECT_EQ(found, GetParam().found);
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Folder, Scan,
-    testing::Values(
-        ScanRow{"empty", {}, {}, {}},
-        ScanRow{"endings",
-                {u"a.qtz"_s, u"b.QTZ"_s, u"c.qtz.txt"_s, u"d"_s, u"qtz"_s, u"e.Qtz"_s, u"f.qtzx"_s,
-                 u"g.h.qtz"_s},
-                {u"a.qtz"_s, u"b.QTZ"_s, u"e.Qtz"_s, u"g.h.qtz"_s},
-                {}},
-        ScanRow{"other_characters", {u"Ünï ☞ 1%.qtz"_s}, {u"Ünï ☞ 1%.qtz"_s}, {}},
-        ScanRow{"hidden", {u".a.qtz"_s, u".qtz"_s}, {}, {}},
-        ScanRow{"one_level_down",
-                {u"b/x.qtz"_s, u"a/y.qtz"_s, u"z.qtz"_s, u"a/deep/no.qtz"_s, u".hidden/h.qtz"_s},
-                {u"z.qtz"_s, u".hidden/h.qtz"_s, u"a/y.qtz"_s, u"b/x.qtz"_s},
-                {}},
-        ScanRow{"folder_with_the_ending", {u"a.qtz/inner.qtz"_s}, {u"a.qtz/inner.qtz"_s}, {}},
-        ScanRow{"folders_that_are_refused",
-                {u"Logs/a.qtz"_s, u"catalog/a.qtz"_s, u"My ICHAT Icons/a.qtz"_s, u"Fine/a.qtz"_s},
-                {u"Fine/a.qtz"_s},
-                {u"Logs"_s, u"My ICHAT Icons"_s, u"catalog"_s}},
-        ScanRow{"files_are_not_refused", {u"Logo.qtz"_s}, {u"Logo.qtz"_s}, {}}),
-    tests::RowName());
 
 TEST_F(Discovery, PassesOverWhatIsNoFileOrInvisible)
 {

@@ -3,7 +3,6 @@
 #include "effects/EffectInformation.h"
 #include "effects/FramePacing.h"
 #include "effects/SampleMenu.h"
-#include "support/RowName.h"
 
 #include <gtest/gtest.h>
 
@@ -11,72 +10,41 @@ using namespace Qt::StringLiterals;
 
 namespace tarnwell::effects {
 
-struct LinkRow
+TEST(EffectInformation, LinksToWebAddressesAndShowsOtherTextsPlainly)
 {
-    const char *name;
-    QString description;
-    QString text;
-    bool isLink;
-    QString toolTip;
-};
-
-class Link : public testing::TestWithParam<LinkRow>
-{};
-
-TEST_P(Link, IsTheHostOfAWebAddressOrWhatTheAuthorWrote)
-{
-    const LinkRow &row = GetParam();
-    compositions::Composition composition;
-    composition.description = row.description;
-    const EffectInformation information = effectInformation(composition, u"file.qtz"_s);
-    EXPECT_EQ(information.linkText, row.text);
-    EXPECT_EQ(information.linkToolTip, row.toolTip);
-    EXPECT_EQ(information.link, row.isLink ? QUrl(row.description.trimmed()) : QUrl());
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Descriptions, Link,
-    testing::Values(
-        LinkRow{"none", {}, {}, false, {}},
-        LinkRow{"address", u"http://www.example.com/a?b=1#c"_s, u"www.example.com"_s, true,
-                u"http://www.example.com/a?b=1#c"_s},
-        LinkRow{"secure_with_port", u"https://user@example.com:8443"_s, u"example.com"_s, true,
-                u"https://user@example.com:8443"_s},
-        LinkRow{"line_end_after_it", u"http://example.com/\n"_s, u"example.com"_s, true,
-                u"http://example.com/"_s},
-        LinkRow{"international", u"http://bücher.de/"_s, u"bücher.de"_s, true,
-                u"http://bücher.de/"_s},
-        LinkRow{"no_host", u"mailto:me@example.com"_s, u"mailto:me@example.com"_s, false, {}},
-        LinkRow{"empty_host", u"http:///path"_s, u"http:///path"_s, false, {}},
-        LinkRow{
-            "blank_within", u"http://example.com/a b"_s, u"http://example.com/a b"_s, false, {}},
-        LinkRow{"other_programs_are_not_started",
-                u"file://server/run.desktop"_s,
-                u"file://server/run.desktop"_s,
-                false,
-                {}},
-        LinkRow{"prose",
-                u"See http://example.com for <more>."_s,
-                u"See http://example.com for ."_s,
-                false,
-                {}},
-        LinkRow{"page",
-                u"<img src=\"x\"/><h4>Title</h4><p>A &lt;b&gt; &amp;amp; more<br>end</p>"_s,
-                u"Title\nA <b> &amp; more\nend"_s,
-                false,
-                {}}),
-    tests::RowName());
-
-TEST(EffectInformation, NamesTheFileIfTheCompositionHasNoName)
-{
-    compositions::Composition composition;
-    EXPECT_EQ(effectInformation(composition, u"Rain.qtz"_s).name, u"Rain.qtz"_s);
-    EXPECT_EQ(effectInformation(composition, u"Rain.qtz"_s).author, QString());
-    composition.name = u"Gentle  Rain"_s;
-    composition.copyright = u"© 2007 Somebody\r\n\r\nAll rights reserved."_s;
-    EXPECT_EQ(effectInformation(composition, u"Rain.qtz"_s).name, u"Gentle Rain"_s);
-    EXPECT_EQ(effectInformation(composition, u"Rain.qtz"_s).author,
-              u"© 2007 Somebody\nAll rights reserved."_s);
+    struct Row
+    {
+        const char *name;
+        QString description;
+        QString text;
+        bool isLink = false;
+        QString toolTip = {};
+    };
+    const Row rows[] = {
+        {"none", {}, {}},
+        {"address", u"http://www.example.com/a?b=1#c"_s, u"www.example.com"_s, true,
+         u"http://www.example.com/a?b=1#c"_s},
+        {"port and line end", u"https://user@example.com:8443\n"_s, u"example.com"_s, true,
+         u"https://user@example.com:8443"_s},
+        {"international", u"http://bücher.de/"_s, u"bücher.de"_s, true, u"http://bücher.de/"_s},
+        {"no host", u"mailto:me@example.com"_s, u"mailto:me@example.com"_s},
+        {"empty host", u"http:///path"_s, u"http:///path"_s},
+        {"blank within", u"http://example.com/a b"_s, u"http://example.com/a b"_s},
+        {"another program", u"file://server/run.desktop"_s, u"file://server/run.desktop"_s},
+        {"prose", u"See http://example.com for <more>, 1 < 2."_s,
+         u"See http://example.com for , 1 < 2."_s},
+        {"page", u"<img src=\"x\"/><h4>Title</h4><p>A &lt;b&gt; &amp;amp; more<br>end</p>"_s,
+         u"Title\nA <b> &amp; more\nend"_s},
+    };
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        compositions::Composition composition;
+        composition.description = row.description;
+        const EffectInformation information = effectInformation(composition, u"file.qtz"_s);
+        EXPECT_EQ(information.linkText, row.text);
+        EXPECT_EQ(information.linkToolTip, row.toolTip);
+        EXPECT_EQ(information.link, row.isLink ? QUrl(row.description.trimmed()) : QUrl());
+    }
 }
 
 TEST(EffectInformation, FitsIntoItsLabelsWhateverTheFileHolds)
@@ -109,18 +77,13 @@ TEST(SampleMenu, IsWhatThePluginTellsOfAMenu)
     EXPECT_EQ(menu->members().front().toString(), u"Undo"_s);
 }
 
-TEST(FramePacing, GivesWayToWhateverElseHasToBeDone)
+TEST(FramePacing, CatchesUpWhenFramesAreFastAgain)
 {
     FramePacing pacing;
-    pacing.frameTook(0.06);
-    EXPECT_DOUBLE_EQ(pacing.interval(), 1.0 / 60.0) << "the first frame tells little";
-    for (int i = 0; i < 30; ++i)
-        pacing.frameTook(0.05);
-    EXPECT_NEAR(pacing.interval(), 0.1, 0.001) << "half of the time is left to others";
-    for (int i = 0; i < 30; ++i)
-        pacing.frameTook(0.01);
-    EXPECT_DOUBLE_EQ(pacing.interval(), 1.0 / 60.0) << "and it catches up again";
-    pacing.frameTook(-1.0);
+    for (const double seconds : {0.05, 0.01}) {
+        for (int i = 0; i < 30; ++i)
+            pacing.frameTook(seconds);
+    }
     EXPECT_DOUBLE_EQ(pacing.interval(), 1.0 / 60.0);
 }
 

@@ -2,7 +2,6 @@
 #include "fakes/FakeFileManager.h"
 
 #include <QAbstractItemModelTester>
-#include <QSignalSpy>
 
 #include <gtest/gtest.h>
 
@@ -33,19 +32,6 @@ const CompositionGroups threeGroups{
 
 } // namespace
 
-TEST(Outline, AnswersForItemsThatAreNotInIt)
-{
-    const fakes::FakeHome home;
-    const fakes::FakeFileManager fileManager(home);
-    const Outline outline(lists(threeGroups, {u"a"_s}));
-    const OutlineItem root;
-    for (const int index : {-1, 3})
-        EXPECT_EQ(outline.childOfItem(index, root), root);
-    EXPECT_EQ(outline.numberOfChildrenOfItem(u"unknown group"_s), 0);
-    for (const QUrl &item : {url(u"unknown"_s), QUrl(u"http://example.com/a.qtz"_s)})
-        EXPECT_FALSE(outline.objectValueForTableColumn(enableColumn, item, fileManager).toBool());
-}
-
 class OutlineRows : public testing::Test
 {
 protected:
@@ -69,13 +55,10 @@ protected:
 
     fakes::FakeHome home;
     fakes::FakeFileManager fileManager{home};
-    QList<std::pair<OutlineItem, bool>> switched;
     OutlineModel model{{QString(titleColumn), QString(enableColumn)},
                        {u"Effect"_s, u"On"_s},
                        fileManager,
-                       [this](const OutlineItem &item, bool on) {
-                           switched.append({item, on});
-                       }};
+                       [](const OutlineItem &, bool) {}};
     QAbstractItemModelTester tester{&model, QAbstractItemModelTester::FailureReportingMode::Fatal};
 };
 
@@ -93,39 +76,6 @@ TEST_F(OutlineRows, ShowGroupsAndCompositionsWithTheirState)
     for (const OutlineItem &item : {OutlineItem(u"bundled"_s), OutlineItem(url(u"y"_s))})
         EXPECT_EQ(model.itemAt(model.indexOf(item)), item);
     EXPECT_FALSE(model.indexOf(url(u"none"_s)).isValid());
-}
-
-TEST_F(OutlineRows, KeepTheirPlacesWhenOnlyTheirStateChanges)
-{
-    model.setOutline(Outline(lists(threeGroups, {})));
-    const QPersistentModelIndex composition = model.indexOf(url(u"b"_s));
-    QSignalSpy reset(&model, &QAbstractItemModel::modelReset);
-    model.setOutline(Outline(lists(threeGroups, {u"b"_s})));
-    EXPECT_EQ(reset.count(), 0);
-    ASSERT_TRUE(composition.isValid());
-    EXPECT_EQ(composition.sibling(composition.row(), 1).data(Qt::CheckStateRole).toInt(),
-              int(Qt::Checked));
-    model.setOutline(Outline(lists({{u"bundled"_s, {url(u"x"_s)}}}, {})));
-    EXPECT_EQ(reset.count(), 1);
-    EXPECT_EQ(model.rowCount(), 1);
-}
-
-TEST_F(OutlineRows, HandOverWhatIsSwitched)
-{
-    model.setOutline(Outline(lists(threeGroups, {u"a"_s})));
-    const QModelIndex group = model.index(0, 1);
-    const QModelIndex composition = model.index(1, 1, model.index(0, 0));
-    EXPECT_TRUE(model.flags(composition).testFlag(Qt::ItemIsUserCheckable));
-    EXPECT_FALSE(model.flags(composition.siblingAtColumn(0)).testFlag(Qt::ItemIsUserCheckable));
-    EXPECT_FALSE(model.setData(composition.siblingAtColumn(0), Qt::Checked, Qt::CheckStateRole));
-    EXPECT_TRUE(switched.isEmpty());
-
-    EXPECT_TRUE(model.setData(composition, Qt::Checked, Qt::CheckStateRole));
-    EXPECT_TRUE(model.setData(group, Qt::Unchecked, Qt::CheckStateRole));
-    EXPECT_TRUE(model.setData(group, Qt::PartiallyChecked, Qt::CheckStateRole));
-    const QList<std::pair<OutlineItem, bool>> expected{
-        {url(u"b"_s), true}, {u"Application Support"_s, false}, {u"Application Support"_s, true}};
-    EXPECT_EQ(switched, expected);
 }
 
 } // namespace tarnwell::effects

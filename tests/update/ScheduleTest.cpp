@@ -166,19 +166,6 @@ TEST_P(Decision, IsMade)
 
 INSTANTIATE_TEST_SUITE_P(Rows, Decision, testing::ValuesIn(rows), RowName());
 
-using Schedule = UpdateFixture;
-
-TEST_F(Schedule, AnUpdaterThatWillNotStartIsNotTriedAtOnceAgain)
-{
-    applications.control().openStatus = -10810;
-    const foundation::Bundle bundle = plugin();
-    CapturedLog log;
-    EXPECT_EQ(update::QXCheckForUpdatesIfDue(context(), bundle, true, nullptr), 0);
-    applications.control().openStatus = 0;
-    EXPECT_EQ(update::QXCheckForUpdatesIfDue(context(), bundle, true, nullptr), 0);
-    EXPECT_TRUE(opened().isEmpty());
-}
-
 TEST(SystemVersion, IsPackedInDigits)
 {
     struct VersionRow

@@ -72,24 +72,13 @@ TEST(StatusText, FitsTheStatusLine)
 TEST(FrequencyPopup, SelectsTheLastIntervalThatIsNotLonger)
 {
     const QList<qint64> offered{86400, 604800, 2592000};
-    struct Row
-    {
-        const char *name;
-        QList<qint64> offered;
-        double interval;
-        int index;
-    };
-    const Row rows[] = {
-        {"exact", offered, 604800, 1},
-        {"between", offered, 700000.9, 1},
-        {"shorter than all", offered, 3600, 0},
-        {"longer than all", offered, 1e300, 2},
-        {"zero is none", {86400, 0}, 604800, 0},
-        {"the last in order counts", {604800, 86400}, 604800, 1},
-        {"nothing on offer", {}, 604800, 0},
-    };
-    for (const Row &row : rows)
-        EXPECT_EQ(update::indexOfInterval(row.offered, row.interval), row.index) << row.name;
+    EXPECT_EQ(update::indexOfInterval(offered, 604800), 1);
+    EXPECT_EQ(update::indexOfInterval(offered, 700000.9), 1);
+    EXPECT_EQ(update::indexOfInterval(offered, 3600), 0) << "shorter than all";
+    EXPECT_EQ(update::indexOfInterval(offered, 1e300), 2) << "longer than all";
+    EXPECT_EQ(update::indexOfInterval({86400, 0}, 604800), 0) << "zero is none";
+    EXPECT_EQ(update::indexOfInterval({604800, 86400}, 604800), 1) << "the last in order counts";
+    EXPECT_EQ(update::indexOfInterval({}, 604800), 0);
 }
 
 TEST(UpdateDefaults, AreWrittenWhereNothingUsableIsStored)
