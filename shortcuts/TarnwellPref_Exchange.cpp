@@ -34,7 +34,8 @@ QString dateInWords(const plist::Date &date, Precision precision)
     const double seconds = date.absoluteTime + ports::Clock::absoluteTimeIntervalSince1970;
     const auto time = QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(seconds * 1000));
     QString format = QLocale().dateTimeFormat(QLocale::ShortFormat);
-    if (precision == Precision::Seconds) // parted like the minutes
+    // Parted like the minutes. Some locales have seconds in every time.
+    if (precision == Precision::Seconds && !format.contains("ss"_L1))
         format.replace(QRegularExpression(u"(\\W)mm"_s), u"\\1mm\\1ss"_s);
     return QLocale().toString(time, format);
 }
