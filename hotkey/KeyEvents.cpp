@@ -103,28 +103,11 @@ QString description(const KeyEvent &event)
 
 bool isModifierKey(const QKeyEvent &event)
 {
-    switch (event.key()) {
-    case Qt::Key_Shift:
-    case Qt::Key_Control:
-    case Qt::Key_Alt:
-    case Qt::Key_AltGr:
-    case Qt::Key_Meta:
-    case Qt::Key_Super_L:
-    case Qt::Key_Super_R:
-    case Qt::Key_Hyper_L:
-    case Qt::Key_Hyper_R:
-    case Qt::Key_CapsLock:
-    case Qt::Key_NumLock:
-    case Qt::Key_ScrollLock:
-    case Qt::Key_Mode_switch:
-        return true;
-    case 0:
-    case Qt::Key_unknown: // the toolkit has no name for most of these
-        return event.nativeVirtualKey() >= firstSwitchSymbol &&
-               event.nativeVirtualKey() <= lastSwitchSymbol;
-    default:
-        return false;
-    }
+    // The toolkit has no name for most keys that switch levels and groups.
+    const bool isNameless = event.key() == 0 || event.key() == Qt::Key_unknown;
+    return isNameless ? event.nativeVirtualKey() >= firstSwitchSymbol &&
+                            event.nativeVirtualKey() <= lastSwitchSymbol
+                      : foundation::isModifierKey(event.key());
 }
 
 std::optional<KeyEvent> keyEventForScanCode(quint32 scanCode, quint32 modifiers)

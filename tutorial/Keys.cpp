@@ -131,31 +131,9 @@ KeyPress KeyPress::fromEvent(const QKeyEvent &event)
     return {event.key(), event.modifiers(), event.nativeScanCode()};
 }
 
-bool isModifierKey(int key)
-{
-    switch (key) {
-    case Qt::Key_Shift:
-    case Qt::Key_Control:
-    case Qt::Key_Alt:
-    case Qt::Key_AltGr:
-    case Qt::Key_Meta:
-    case Qt::Key_Super_L:
-    case Qt::Key_Super_R:
-    case Qt::Key_Hyper_L:
-    case Qt::Key_Hyper_R:
-    case Qt::Key_CapsLock:
-    case Qt::Key_NumLock:
-    case Qt::Key_ScrollLock:
-    case Qt::Key_Mode_switch:
-        return true;
-    default:
-        return false;
-    }
-}
-
 bool canBeShortcut(const KeyPress &press)
 {
-    if (isModifierKey(press.key))
+    if (foundation::isModifierKey(press.key))
         return false;
     return isFunctionKey(press.key) ||
            (modifierBits(press.modifiers) & (commandBit | optionBit | controlBit)) != 0;

@@ -27,9 +27,6 @@ struct KeyPress
     static KeyPress fromEvent(const QKeyEvent &event);
 };
 
-/// Shift, Control and their like, which are pressed on the way to a shortcut.
-bool isModifierKey(int key);
-
 /// Whether a key press can be a shortcut: a function key, or any key that Control, Option or
 /// Command is held with.
 bool canBeShortcut(const KeyPress &press);

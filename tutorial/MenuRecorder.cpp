@@ -1,5 +1,7 @@
 #include "tutorial/MenuRecorder.h"
 
+#include "foundation/KeyCodes.h"
+
 #include <QKeyEvent>
 #include <QMenu>
 
@@ -51,7 +53,7 @@ bool MenuRecorder::eventFilter(QObject *watched, QEvent *event)
 bool MenuRecorder::takeKey(const QMenu *menu, const KeyPress &press, bool isRepeated)
 {
     // Alt alone would close the menu, before the key that it is held for.
-    if (isModifierKey(press.key))
+    if (foundation::isModifierKey(press.key))
         return true;
     const bool clears = press.modifiers == Qt::NoModifier &&
                         (press.key == Qt::Key_Backspace || press.key == Qt::Key_Delete);

@@ -1,5 +1,7 @@
 #include "foundation/KeyCodes.h"
 
+#include <Qt>
+
 #include <algorithm>
 #include <array>
 
@@ -190,6 +192,28 @@ std::optional<quint16> virtualKeyCodeForEvdev(quint32 evdevCode)
     if (substitute != std::end(substitutes))
         return substitute->virtualKeyCode;
     return std::nullopt;
+}
+
+bool isModifierKey(int key)
+{
+    switch (key) {
+    case Qt::Key_Shift:
+    case Qt::Key_Control:
+    case Qt::Key_Alt:
+    case Qt::Key_AltGr:
+    case Qt::Key_Meta:
+    case Qt::Key_Super_L:
+    case Qt::Key_Super_R:
+    case Qt::Key_Hyper_L:
+    case Qt::Key_Hyper_R:
+    case Qt::Key_CapsLock:
+    case Qt::Key_NumLock:
+    case Qt::Key_ScrollLock:
+    case Qt::Key_Mode_switch:
+        return true;
+    default:
+        return false;
+    }
 }
 
 } // namespace tarnwell::foundation

@@ -36,4 +36,7 @@ const KeyPosition *keyPosition(quint16 virtualKeyCode);
 /// The virtual key code of the key with an evdev code; nothing when the key has no place here.
 std::optional<quint16> virtualKeyCodeForEvdev(quint32 evdevCode);
 
+/// Whether a Qt::Key is Shift, Control or their like, which are pressed on the way to a shortcut.
+bool isModifierKey(int key);
+
 } // namespace tarnwell::foundation
