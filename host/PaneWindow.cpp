@@ -30,6 +30,10 @@ PaneWindow::PaneWindow(const QString &titleSuffix, QWidget *parent)
         for (const QKeySequence &keys : QKeySequence::keyBindings(standardKey))
             new QShortcut(keys, this, this, &QWidget::close);
     }
+    // A desktop that gives the window the focus at all does so while it appears.
+    connect(
+        this, &PaneWindow::appeared, this, [this] { m_isFirstShowing = false; },
+        Qt::QueuedConnection);
 }
 
 PaneWindow::~PaneWindow()
@@ -69,7 +73,7 @@ void PaneWindow::fail(const PaneFailure &failure)
 
 void PaneWindow::becomeActive()
 {
-    if (!m_pane || !m_selected)
+    if (!m_pane || !m_selected || m_isFirstShowing)
         return;
     if (const auto failure = runGuarded([this] { m_pane->hostDidBecomeActive(); }))
         fail(*failure);

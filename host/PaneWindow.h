@@ -31,7 +31,8 @@ public:
     const ErrorPage *errorPage() const { return m_errorPage; }
     QWidget *mainView() const { return m_view; }
 
-    /// Tells the pane that the user came back to the application.
+    /// Tells the pane that the user came back to the application. An activation that comes with
+    /// the first showing brings nobody back, and is kept to itself.
     void becomeActive();
 
     void setVisible(bool visible) override;
@@ -54,6 +55,7 @@ private:
     ErrorPage *m_errorPage = nullptr;
     bool m_selected = false;
     bool m_hasAppeared = false;
+    bool m_isFirstShowing = true;
 };
 
 } // namespace tarnwell::host

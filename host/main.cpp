@@ -16,7 +16,6 @@
 #include <QScreen>
 
 #include <cstdio>
-#include <utility>
 
 using namespace Qt::StringLiterals;
 using namespace tarnwell;
@@ -124,11 +123,9 @@ int main(int argc, char **argv)
     };
     window.setPane(host::loadPane(context));
 
-    // The activation that comes with the first showing brings nobody back.
-    bool wasActive = false;
     QObject::connect(&application, &QGuiApplication::applicationStateChanged, &window,
                      [&](Qt::ApplicationState state) {
-                         if (state == Qt::ApplicationActive && std::exchange(wasActive, true))
+                         if (state == Qt::ApplicationActive)
                              window.becomeActive();
                      });
     host::DesktopColorScheme colorScheme;
