@@ -4,8 +4,6 @@
 
 #include <QString>
 
-#include <array>
-
 namespace tarnwell::prefs {
 
 /// The plug-in's own preference domain, which the pane edits.
@@ -14,12 +12,12 @@ inline constexpr QLatin1StringView pluginDomain{"com.varnit.tarnwell"};
 /// The updater's domain, of which the pane reads one key.
 inline constexpr QLatin1StringView updaterDomain{"com.varnit.updater"};
 
-/// One preference key: how it is spelled, what it holds, and what an absent one counts as.
+/// One preference key: how it is spelled and what it holds. An absent one counts as false, 0 or
+/// empty where nothing else is said.
 struct PreferenceKey
 {
     QLatin1StringView name;
     plist::Value::Type type;
-    bool absentIsTrue = false; ///< of booleans; everything else is empty or 0 when absent
 
     operator QString() const { return name; }
 };
@@ -30,8 +28,9 @@ namespace keys {
 using Type = plist::Value::Type;
 
 inline constexpr PreferenceKey disabled{QLatin1StringView("Disabled"), Type::Boolean};
+/// Absent counts as true.
 inline constexpr PreferenceKey menuAcceleratorEnabled{QLatin1StringView("MenuAcceleratorEnabled"),
-                                                      Type::Boolean, true};
+                                                      Type::Boolean};
 inline constexpr PreferenceKey menuAccKeyCode{QLatin1StringView("MenuAccKeyCode"), Type::Integer};
 inline constexpr PreferenceKey menuAccMods{QLatin1StringView("MenuAccMods"), Type::Integer};
 inline constexpr PreferenceKey dontShowTutorialSheet{QLatin1StringView("DontShowTutorialSheet"),
@@ -49,13 +48,14 @@ inline constexpr PreferenceKey excludeListLastInternetCheck{
     QLatin1StringView("ExcludeListLastInternetCheck"), Type::Integer};
 /// Stored inverted: true stops the effects. Absent means that they are off, too.
 inline constexpr PreferenceKey stopEffects{QLatin1StringView("Jane, Stop This Crazy Thing"),
-                                           Type::Boolean, true};
+                                           Type::Boolean};
 inline constexpr PreferenceKey includeBundledQTZs{QLatin1StringView("IncludeBundledQTZs"),
                                                   Type::Boolean};
 inline constexpr PreferenceKey seQTZStatusList{QLatin1StringView("SEQTZStatusList"),
                                                Type::Dictionary};
+/// Absent counts as true.
 inline constexpr PreferenceKey suCheckForUpdates{QLatin1StringView("SUCheckForUpdates"),
-                                                 Type::Boolean, true};
+                                                 Type::Boolean};
 inline constexpr PreferenceKey suCheckInterval{QLatin1StringView("SUCheckInterval"), Type::Real};
 inline constexpr PreferenceKey suLastCheckDate{QLatin1StringView("SULastCheckDate"), Type::Date};
 inline constexpr PreferenceKey suLastCheckStatus{QLatin1StringView("SULastCheckStatus"),

@@ -94,7 +94,6 @@ TEST_F(FilePreferencesTest, MergesWithWhatOthersStoredMeanwhile)
 TEST_F(FilePreferencesTest, DoesNotRewriteWhatIsStoredAlready)
 {
     storeDomain({{u"Level"_s, 1}});
-    const QByteArray before = readFile(path()) + "trailing";
     FilePreferences preferences(home(), clock);
     struct stat first
     {

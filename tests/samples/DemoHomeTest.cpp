@@ -1,5 +1,6 @@
 #include "foundation/Bundle.h"
 #include "foundation/plist/PropertyList.h"
+#include "prefs/PreferenceKeys.h"
 
 #include <gtest/gtest.h>
 
@@ -122,6 +123,21 @@ TEST_P(DemoKinds, AreThere)
 
 INSTANTIATE_TEST_SUITE_P(All, DemoKinds, testing::ValuesIn(kinds),
                          [](const auto &row) { return std::string(row.param.name); });
+
+TEST(DemoHome, HoldsEveryKeyAsThePaneReadsIt)
+{
+    namespace keys = prefs::keys;
+    const plist::Dictionary domain = readDomain(demoHome);
+    // Of another type, a value would read like an absent one.
+    for (const prefs::PreferenceKey &key :
+         {keys::disabled, keys::menuAcceleratorEnabled, keys::menuAccKeyCode, keys::menuAccMods,
+          keys::menuShortcuts, keys::customSettings, keys::excludeList,
+          keys::hidePredefinedExcludeListItems, keys::excludeListNoInternetSync,
+          keys::excludeListLastInternetCheck, keys::stopEffects, keys::includeBundledQTZs,
+          keys::seQTZStatusList, keys::suCheckForUpdates, keys::suCheckInterval,
+          keys::suLastCheckDate, keys::suLastCheckStatus, keys::suLastRunSystemVersion})
+        EXPECT_EQ(domain.value(key.name).type(), key.type) << key.name.data();
+}
 
 TEST(DemoHome, HoldsSixtyRecordsOfEightApplications)
 {
