@@ -32,6 +32,8 @@ set(CPACK_DEBIAN_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # Not linked but loaded: the reader of the applications' icns icons.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS qt6-image-formats-plugins)
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "default-dbus-session-bus | dbus-session-bus, xkb-data")
+# The last one holds the toolkit's own texts in other languages than English.
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS
+    "default-dbus-session-bus | dbus-session-bus, xkb-data, qt6-translations-l10n")
 set(CPACK_ARCHIVE_FILE_NAME ${CPACK_PACKAGE_NAME}-${PROJECT_VERSION}-${CMAKE_SYSTEM_NAME}-${CMAKE_SYSTEM_PROCESSOR})
 include(CPack)

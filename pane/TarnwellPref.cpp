@@ -1,6 +1,8 @@
 #include "pane/TarnwellPref.h"
 
 #include "effects/QCView.h"
+#include "foundation/Languages.h"
+#include "pane/Catalogues.h"
 #include "ports/HostApplication.h"
 #include "ports/KeyboardLayouts.h"
 #include "ports/NotificationCenter.h"
@@ -15,7 +17,7 @@
 #include "update/QXVCUpdateViewController_V102.h"
 
 #include <QCoreApplication>
-#include <QLocale>
+#include <QLibraryInfo>
 #include <QTranslator>
 #include <QWidget>
 
@@ -40,8 +42,6 @@ TarnwellPref::~TarnwellPref()
     // The view plays by the desktop's clock, and outlives it.
     if (m_mainView)
         previewView()->stopRendering();
-    if (m_translator)
-        QCoreApplication::removeTranslator(m_translator.get());
 }
 
 QWidget *TarnwellPref::loadMainView(QString *errorMessage)
@@ -82,12 +82,12 @@ QWidget *TarnwellPref::loadMainView(QString *errorMessage)
 
 void TarnwellPref::loadTranslation()
 {
-    auto translator = std::make_unique<QTranslator>();
-    const QString folder = m_bundle.path() + "/Contents/Resources"_L1;
-    if (!translator->load(QLocale(), u"tarnwell"_s, u"_"_s, folder))
-        return;
-    QCoreApplication::installTranslator(translator.get());
-    m_translator = std::move(translator);
+    // The application forgets a translator that is destroyed, so the host is left as it was.
+    m_translators =
+        loadCatalogues(foundation::userLanguages(), m_bundle.path() + "/Contents/Resources"_L1,
+                       QLibraryInfo::path(QLibraryInfo::TranslationsPath));
+    for (const auto &translator : m_translators)
+        QCoreApplication::installTranslator(translator.get());
 }
 
 void TarnwellPref::hostDidBecomeActive()

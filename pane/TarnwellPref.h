@@ -341,7 +341,7 @@ private:
 
     QLabel *m_versionField = nullptr;
     std::unique_ptr<ui::InterfaceMismatch> m_interfaceMismatch;
-    std::unique_ptr<QTranslator> m_translator;
+    std::vector<std::unique_ptr<QTranslator>> m_translators;
     std::unique_ptr<ports::Timer> m_tutorialTimer;
     std::unique_ptr<ports::Timer> m_filterTimer;
     float m_maximumAboutOffset = 0.0F; ///< computed when the text first scrolls, then kept

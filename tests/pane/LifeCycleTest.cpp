@@ -1,10 +1,13 @@
+#include "pane/Catalogues.h"
 #include "support/PaneFixture.h"
 #include "ui/InterfaceFile.h"
 
 #include <QCheckBox>
+#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTemporaryDir>
 
 using namespace Qt::StringLiterals;
 
@@ -79,6 +82,34 @@ TEST_F(LifeCycle, EnablingNeedsThePluginAndAnOrdinaryUser)
         pane->willSelect();
         EXPECT_EQ(pane->enabledCheckbox()->isEnabled(), row.offered);
         TearDown();
+    }
+}
+
+TEST(Catalogues, AreOfTheFirstLanguageThatThePaneSpeaks)
+{
+    const QString resources = QStringLiteral(TARNWELL_PANE_BUNDLE "/Contents/Resources");
+    const QTemporaryDir toolkit;
+    ASSERT_TRUE(QFile::copy(resources + "/tarnwell_de.qm"_L1, toolkit.filePath(u"qtbase_de.qm"_s)));
+    struct Row
+    {
+        const char *name;
+        QStringList languages;
+        QString toolkitFolder;
+        size_t catalogues;
+    };
+    const Row rows[] = {
+        {"German", {u"de-AT"_s, u"de-Latn-AT"_s, u"de"_s}, toolkit.path(), 2},
+        {"German without the toolkit's", {u"de"_s}, u"/nowhere"_s, 1},
+        {"English before German", {u"en-GB"_s, u"en"_s, u"de-DE"_s, u"de"_s}, toolkit.path(), 0},
+        {"German before English", {u"fr-FR"_s, u"fr"_s, u"de"_s, u"en"_s}, toolkit.path(), 2},
+        {"none", {u"C"_s}, toolkit.path(), 0},
+    };
+    for (const Row &row : rows) {
+        const auto catalogues = pane::loadCatalogues(row.languages, resources, row.toolkitFolder);
+        EXPECT_EQ(catalogues.size(), row.catalogues) << row.name;
+        for (const auto &catalogue : catalogues)
+            EXPECT_EQ(catalogue->translate("TarnwellPref", "Restore"), u"Wiederherstellen"_s)
+                << row.name;
     }
 }
 
