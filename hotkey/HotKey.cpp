@@ -34,19 +34,9 @@ QString words(const char *text)
 
 QString spokenKey(quint16 keyCode, const QString &text)
 {
-    // Menus have the same word for the first two, and none for the third.
-    switch (keyCode) {
-    case 0x33:
-        return words(QT_TRANSLATE_NOOP("SpokenKeys", "Backspace"));
-    case 0x75:
-        return words(QT_TRANSLATE_NOOP("SpokenKeys", "Forward Delete"));
-    case 0x6E:
+    // Menus have no sign for it.
+    if (keyCode == 0x6E)
         return words(QT_TRANSLATE_NOOP("SpokenKeys", "Menu Key"));
-    case 0x72:
-        return words(QT_TRANSLATE_NOOP("SpokenKeys", "Help"));
-    default:
-        break;
-    }
     if (text.isEmpty())
         return words(QT_TRANSLATE_NOOP("SpokenKeys", "Key %1")).arg(keyCode);
     const foundation::KeyPosition *position = foundation::keyPosition(keyCode);

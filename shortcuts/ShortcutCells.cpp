@@ -4,6 +4,8 @@
 #include "shortcuts/KeyTranslation.h"
 #include "shortcuts/RecordKeys.h"
 
+#include <QStringList>
+
 using namespace Qt::StringLiterals;
 
 namespace tarnwell::shortcuts {
@@ -15,19 +17,27 @@ std::optional<QString> text(const plist::Value &value)
     return value.isString() ? std::optional(value.toString()) : std::nullopt;
 }
 
+QStringList menuPath(const plist::Dictionary &item)
+{
+    QStringList titles;
+    for (const plist::Value &level : item.value(record::menuPath).toArray()) {
+        const plist::Value &title = level.toDictionary().value(record::menuItemTitle);
+        if (title.isString())
+            titles.append(title.toString());
+    }
+    return titles;
+}
+
 } // namespace
 
 QString menuPathText(const plist::Dictionary &item)
 {
-    QString path;
-    for (const plist::Value &level : item.value(record::menuPath).toArray()) {
-        const plist::Value &title = level.toDictionary().value(record::menuItemTitle);
-        if (!title.isString())
-            continue;
-        path = path.isNull() ? u""_s + title.toString()
-                             : u"%1 %2 %3"_s.arg(path, u"\u261E"_s, title.toString());
-    }
-    return path;
+    return menuPath(item).join(u" \u261E "_s);
+}
+
+QString spokenMenuPath(const plist::Dictionary &item)
+{
+    return menuPath(item).join(u", "_s);
 }
 
 std::optional<foundation::StyledString> shortcutCellValue(const ShortcutRow &row,

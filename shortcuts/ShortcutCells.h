@@ -13,6 +13,9 @@ enum class ShortcutColumn { MenuItem = 0, NewShortcut = 1, OriginalShortcut = 2,
 /// The titles from the menu bar down to the item, joined by pointers; empty when none is stored.
 QString menuPathText(const plist::Dictionary &item);
 
+/// The same for a screen reader, which would read the pointers out.
+QString spokenMenuPath(const plist::Dictionary &item);
+
 /// What a cell shows; nothing in a column that the table does not know.
 std::optional<foundation::StyledString> shortcutCellValue(const ShortcutRow &row,
                                                           int columnIdentifier);

@@ -113,6 +113,10 @@ QVariant ShortcutTableModel::data(const QModelIndex &index, int role) const
         return spokenShortcut(cell->text());
     if (role == Qt::ToolTipRole)
         return isShortcut ? QVariant() : foundation::plainToolTip(cell->text());
+    if (role == Qt::AccessibleTextRole && column == static_cast<int>(ShortcutColumn::MenuItem)) {
+        const QString path = spokenMenuPath(shownRow(index.row()).item);
+        return path.isEmpty() ? cell->text() : path;
+    }
     return cell->text();
 }
 

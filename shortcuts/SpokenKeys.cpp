@@ -7,6 +7,8 @@
 #include <array>
 #include <span>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwell::shortcuts {
 
 namespace {
@@ -26,8 +28,9 @@ constexpr std::array spokenGlyphs{
     SpokenGlyph{u'\u21E4', QT_TRANSLATE_NOOP("SpokenKeys", "Back Tab")},
     SpokenGlyph{u'\u2305', QT_TRANSLATE_NOOP("SpokenKeys", "Enter")},
     SpokenGlyph{u'\u2423', QT_TRANSLATE_NOOP("SpokenKeys", "Space")},
-    SpokenGlyph{u'\u2326', QT_TRANSLATE_NOOP("SpokenKeys", "Delete")},
-    SpokenGlyph{u'\u232B', QT_TRANSLATE_NOOP("SpokenKeys", "Delete")},
+    // As the menus of this product draw the two keys, not as their signs are named elsewhere.
+    SpokenGlyph{u'\u2326', QT_TRANSLATE_NOOP("SpokenKeys", "Backspace")},
+    SpokenGlyph{u'\u232B', QT_TRANSLATE_NOOP("SpokenKeys", "Forward Delete")},
     SpokenGlyph{u'\u21A9', QT_TRANSLATE_NOOP("SpokenKeys", "Return")},
     SpokenGlyph{u'\u238B', QT_TRANSLATE_NOOP("SpokenKeys", "Escape")},
     SpokenGlyph{u'\u2327', QT_TRANSLATE_NOOP("SpokenKeys", "Clear")},
@@ -100,7 +103,9 @@ QString spokenShortcut(const QString &shortcut)
         else
             rest.append(character);
     }
-    const char *key = rest.size() == 1 ? wordsFor(spokenKeys, rest.front()) : nullptr;
+    const char *key = rest == "<<Help Key>>"_L1 ? QT_TRANSLATE_NOOP("SpokenKeys", "Help")
+                      : rest.size() == 1        ? wordsFor(spokenKeys, rest.front())
+                                                : nullptr;
     if (key)
         words.append(QCoreApplication::translate("SpokenKeys", key));
     else if (!rest.isEmpty())

@@ -869,10 +869,6 @@
         <translation>Leertaste</translation>
     </message>
     <message>
-        <source>Delete</source>
-        <translation>Löschen</translation>
-    </message>
-    <message>
         <source>Return</source>
         <translation>Eingabe</translation>
     </message>
@@ -882,7 +878,7 @@
     </message>
     <message>
         <source>Clear</source>
-        <translation>Entfernen</translation>
+        <translation>Löschen</translation>
     </message>
     <message>
         <source>Page Up</source>

@@ -225,8 +225,15 @@ TEST_F(ShortcutsPage, ModelKeepsItsPromises)
     showPane();
     QAbstractItemModelTester tester(pane->scTable()->model(),
                                     QAbstractItemModelTester::FailureReportingMode::Fatal);
-    storeShortcuts({{u"com.example.scribe"_s, application({u"Close"_s})}});
+    plist::Dictionary close = changedItem(u"Close"_s);
+    close.insert(u"MenuPath"_s, plist::Array{plist::Dictionary{{u"MenuItemTitle"_s, u"File"_s}},
+                                             plist::Dictionary{{u"MenuItemTitle"_s, u"Close"_s}}});
+    storeShortcuts({{u"com.example.scribe"_s,
+                     plist::Array{plist::Value(group(u"File"_s, {plist::Value(close)}))}}});
     postRefresh();
+    const QModelIndex cell = pane->scTable()->model()->index(0, 0);
+    EXPECT_EQ(cell.data().toString(), u"File \u261E Close"_s);
+    EXPECT_EQ(cell.data(Qt::AccessibleTextRole).toString(), u"File, Close"_s);
     EXPECT_EQ(pane->numberOfRowsInTableView(pane->scTable()), 1);
     EXPECT_EQ(pane->numberOfRowsInTableView(nullptr), 0);
     EXPECT_FALSE(pane->objectValueForTableColumn(pane->scTable(), 7, 0));

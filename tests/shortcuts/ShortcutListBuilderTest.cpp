@@ -224,6 +224,9 @@ TEST(SpokenKeys, AreWords)
     EXPECT_EQ(spokenShortcut(u"None"_s), u"None"_s);
     EXPECT_EQ(spokenShortcut(u"\u2303,"_s), u"Control Comma"_s);
     EXPECT_EQ(spokenShortcut(u"\u2303 "_s), u"Control Space"_s);
+    EXPECT_EQ(spokenShortcut(u"\u2318\u2326"_s), u"Command Backspace"_s);
+    EXPECT_EQ(spokenShortcut(u"\u2318\u232B"_s), u"Command Forward Delete"_s);
+    EXPECT_EQ(spokenShortcut(u"\u21E7<<Help Key>>"_s), u"Shift Help"_s);
 }
 
 } // namespace tarnwell::shortcuts
