@@ -172,7 +172,8 @@ public:
     void doTutorialSheet(QObject *sender);
     void doTutorial(QObject *sender);
     void doMLSubscribe(QObject *sender);
-    /// Does nothing; interface files may name it.
+    /// Does nothing, and no interface file can name it: kept for callers that know the pane's
+    /// methods.
     void doMLAction(QObject *sender);
     /// Ends the sheet that the sender stands in, with the sender's tag.
     void doSheetDismiss(QObject *sender);
