@@ -139,6 +139,8 @@ class TarnwellPref : public ui::PreferencePane
     TARNWELL_FIELD(QLineEdit *, scFilterField, setScFilterField)
     TARNWELL_FIELD(QLabel *, storeProblem, setStoreProblem)
     TARNWELL_FIELD(QPushButton *, scFilterKeysButton, setScFilterKeysButton)
+    TARNWELL_FIELD(QLabel *, scNoMatch, setScNoMatch)
+    TARNWELL_FIELD(QLabel *, pluginProblem, setPluginProblem)
 
 public:
     /// The services and the cache live longer than the pane; bundle is the pane's own.
@@ -274,6 +276,8 @@ private:
     std::optional<shortcuts::ShortcutRow> selectedShortcut() const;
     void rebuildPopupKeepingSelection();
     void showDisabled(const prefs::CFPreferencesWrapper_Tarnwell &wrapper);
+    /// Says why Tarnwell can't be enabled here, if it can't.
+    void showPluginProblem();
     void showMenuAccEnabled(const prefs::CFPreferencesWrapper_Tarnwell &wrapper);
     /// Shows what another process may have changed, shortcuts apart.
     void showStoredOptions();
@@ -298,6 +302,10 @@ private:
     void filterShortcutsByWords(const QString &text);
     void filterShortcutsByKeys(bool on);
     void showShortcutsWith(const QKeyEvent &press);
+    /// Says in the empty table what no shortcut matched.
+    void showNoMatch();
+    /// Goes on in the table where a row went, for whoever works with the keyboard.
+    void continueAtRow(int row);
     void offerTutorial(const prefs::CFPreferencesWrapper_Tarnwell &wrapper);
     void fillPopup(const QList<shortcuts::PopupEntry> &entries);
     QString selectedSettingsKey() const;

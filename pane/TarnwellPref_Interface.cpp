@@ -73,6 +73,8 @@ void TarnwellPref::addOutlets(ui::InterfaceOwner &owner)
     TARNWELL_OUTLET(QLineEdit, scFilterField, setScFilterField);
     TARNWELL_OUTLET(QLabel, storeProblem, setStoreProblem);
     TARNWELL_OUTLET(QPushButton, scFilterKeysButton, setScFilterKeysButton);
+    TARNWELL_OUTLET(QLabel, scNoMatch, setScNoMatch);
+    TARNWELL_OUTLET(QLabel, pluginProblem, setPluginProblem);
 
 #undef TARNWELL_OUTLET
 

@@ -75,6 +75,7 @@ void TarnwellPref::awakeFromNib()
     const bool disabled = wrapper->boolForKey(prefs::keys::disabled);
     setZokMissing(rootEnabled() || !isPluginInstalled(m_desktop.fileManager));
     enabledCheckbox()->setChecked(!disabled && !rootEnabled());
+    showPluginProblem();
 
     setStoredAppFormatString(appFormatField()->text());
     if (wrapper->keyExist(prefs::keys::mlEmailAddress))
@@ -184,6 +185,19 @@ void TarnwellPref::showDisabled(const prefs::CFPreferencesWrapper_Tarnwell &wrap
     const bool disabled = wrapper.boolForKey(prefs::keys::disabled);
     enabledCheckbox()->setChecked(!disabled);
     tutButton()->setEnabled(!disabled);
+}
+
+void TarnwellPref::showPluginProblem()
+{
+    pluginProblem()->setVisible(zokMissing());
+    if (!zokMissing())
+        return;
+    const QString problem =
+        rootEnabled() ? localized("Tarnwell does not change the applications of the root user.")
+                      : localized("Tarnwell does not run: its plug-in is not installed in "
+                                  "Library/Hullforges.");
+    pluginProblem()->setText(problem);
+    enabledCheckbox()->setAccessibleDescription(problem);
 }
 
 void TarnwellPref::showMenuAccEnabled(const prefs::CFPreferencesWrapper_Tarnwell &wrapper)

@@ -10,8 +10,10 @@
 
 #include <QAccessible>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTableView>
 
 namespace tarnwell::pane {
 
@@ -41,6 +43,14 @@ void TarnwellPref::setUpShortcutFilter()
         Qt::SingleShotConnection);
     connect(scFilterKeysButton(), &QPushButton::toggled, this,
             &TarnwellPref::filterShortcutsByKeys);
+    // What the keys in the field are called is true of them alone.
+    connect(scFilterField(), &QLineEdit::textChanged, scFilterField(),
+            [field = scFilterField(),
+             description = scFilterField()->accessibleDescription()](const QString &text) {
+                if (text.isEmpty())
+                    field->setAccessibleDescription(description);
+            });
+    connect(m_scModel, &QAbstractItemModel::modelReset, this, &TarnwellPref::showNoMatch);
     scFilterField()->installEventFilter(this);
 }
 
@@ -115,10 +125,30 @@ void TarnwellPref::showShortcutsWith(const QKeyEvent &press)
         m_desktop.keyboardLayouts, keys->keyCode, hotkey::menuModifiers(keys->modifierFlags));
     if (!shortcut)
         return;
-    changeShownShortcuts(
-        [&] { m_scModel->setFilter(shortcuts::ShortcutFilter::byShortcut(*shortcut)); });
     scFilterField()->setText(*shortcut);
     scFilterField()->setAccessibleDescription(shortcuts::spokenShortcut(*shortcut));
+    changeShownShortcuts(
+        [&] { m_scModel->setFilter(shortcuts::ShortcutFilter::byShortcut(*shortcut)); });
+}
+
+void TarnwellPref::showNoMatch()
+{
+    const QString wanted = scFilterField()->text();
+    const bool isNews = !scNoMatch()->isVisible() || scFilterKeysButton()->isChecked();
+    scNoMatch()->setVisible(m_scModel->rowCount() == 0 && !wanted.isEmpty());
+    if (scNoMatch()->isHidden())
+        return;
+    const QString format = localized("No shortcut matches “%@”.");
+    // However much was pasted, the window stays as wide as it is.
+    scNoMatch()->setText(
+        withTexts(format, {scNoMatch()->fontMetrics().elidedText(
+                              wanted, Qt::ElideRight, scTable()->viewport()->width() / 2)}));
+    scNoMatch()->setAccessibleName(withTexts(format, {shortcuts::spokenShortcut(wanted)}));
+    // Not again with every letter that is typed after the first in vain.
+    if (!isNews)
+        return;
+    QAccessibleEvent alert(scNoMatch(), QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
 }
 
 } // namespace tarnwell::pane

@@ -1323,6 +1323,18 @@
         <source>Add Control, Option or Command</source>
         <translation>Zusammen mit Steuerung, Alt oder Super drücken</translation>
     </message>
+    <message>
+        <source>Tarnwell does not run: its plug-in is not installed in Library/Hullforges.</source>
+        <translation>Tarnwell läuft nicht: Das Plug-in ist nicht in Library/Hullforges installiert.</translation>
+    </message>
+    <message>
+        <source>Tarnwell does not change the applications of the root user.</source>
+        <translation>Tarnwell ändert die Programme des Root-Benutzers nicht.</translation>
+    </message>
+    <message>
+        <source>No shortcut matches “%@”.</source>
+        <translation>Kein Tastenkürzel passt zu „%@“.</translation>
+    </message>
 </context>
 <context>
     <name>tarnwell::exclude::ExcludeTableModel</name>

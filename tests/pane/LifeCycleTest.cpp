@@ -81,6 +81,10 @@ TEST_F(LifeCycle, EnablingNeedsThePluginAndAnOrdinaryUser)
         EXPECT_EQ(pane->tutButton()->isEnabled(), row.checkedAfterLoading);
         pane->willSelect();
         EXPECT_EQ(pane->enabledCheckbox()->isEnabled(), row.offered);
+        EXPECT_EQ(pane->pluginProblem()->isHidden(), row.offered);
+        EXPECT_EQ(pane->enabledCheckbox()->accessibleDescription() == pane->pluginProblem()->text(),
+                  !row.offered);
+        EXPECT_EQ(pane->pluginProblem()->text().contains("root"_L1), row.userId == 0);
         TearDown();
     }
 }

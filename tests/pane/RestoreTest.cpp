@@ -269,24 +269,36 @@ TEST_F(Restore, FilteredRowsActOnTheirOwnRecords)
     EXPECT_TRUE(pane->scRestoreButton()->isEnabled()) << "the item stays selected";
     pane->scFilterField()->setText(u"accent file"_s);
     EXPECT_EQ(shownItems(), QStringList{u"Áccent"_s});
+    EXPECT_TRUE(pane->scNoMatch()->isHidden());
     EXPECT_FALSE(pane->scRestoreButton()->isEnabled());
     select(u"Áccent"_s);
     pane->scRestoreButton()->click();
     EXPECT_TRUE(lastAlert().message.contains(u"\"Áccent\""_s));
     sheetsControl.answer(1);
     EXPECT_EQ(shownItems(), QStringList());
+    EXPECT_TRUE(pane->scNoMatch()->isVisible());
+    EXPECT_TRUE(pane->scNoMatch()->text().contains(u"“accent file”"_s));
     QTest::keyClick(pane->scFilterField(), Qt::Key_Escape);
     EXPECT_EQ(shownItems(), (QStringList{u"Open"_s, u"Save as"_s}));
 
+    EXPECT_TRUE(pane->scNoMatch()->isHidden());
+
     // By pressing keys: new and original shortcuts count, and the letters are not typed.
+    const QString description = pane->scFilterField()->accessibleDescription();
     pane->scFilterKeysButton()->click();
     QTest::keyClick(pane->scFilterField(), Qt::Key_D, Qt::MetaModifier);
     EXPECT_EQ(pane->scFilterField()->text(), u"\u2318D"_s);
     EXPECT_EQ(shownItems(), QStringList{u"Open"_s});
     QTest::keyClick(pane->scFilterField(), Qt::Key_F, Qt::MetaModifier);
     EXPECT_EQ(shownItems(), QStringList{u"Save as"_s});
+    EXPECT_EQ(pane->scFilterField()->accessibleDescription(), u"Command F"_s);
+    QTest::keyClick(pane->scFilterField(), Qt::Key_Delete, Qt::MetaModifier);
+    EXPECT_TRUE(pane->scNoMatch()->isVisible());
+    EXPECT_TRUE(pane->scNoMatch()->accessibleName().contains(u"“Command Forward Delete”"_s));
     pane->scFilterKeysButton()->click();
     EXPECT_EQ(shownItems().size(), 2);
+    EXPECT_TRUE(pane->scNoMatch()->isHidden());
+    EXPECT_EQ(pane->scFilterField()->accessibleDescription(), description);
 }
 
 TEST_F(Restore, WhatThePluginStoresMeanwhileStays)
