@@ -93,6 +93,7 @@ void TarnwellPref::restoreSheetDidEnd(const shortcuts::ShortcutRow &asked, int r
         doRestoreOriginal(nullptr);
         return;
     }
+    const int place = scTable()->currentIndex().row();
 
     bool isGroupRemoved = false;
     const bool isDone = changeShortcuts([&](const plist::Dictionary &present) {
@@ -108,6 +109,7 @@ void TarnwellPref::restoreSheetDidEnd(const shortcuts::ShortcutRow &asked, int r
     if (isGroupRemoved)
         rebuildPopup();
     doPopup(scPopup());
+    continueAtRow(place);
 }
 
 void TarnwellPref::doRemoveApp(QObject *)

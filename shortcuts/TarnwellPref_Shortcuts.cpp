@@ -259,6 +259,18 @@ void TarnwellPref::changeShownShortcuts(const std::function<void()> &change)
     tableViewSelectionDidChange(table);
 }
 
+void TarnwellPref::continueAtRow(int row)
+{
+    QTableView *table = scTable();
+    if (table->selectionModel()->hasSelection())
+        return;
+    // Not selected: the next press of the button must not restore what nobody chose.
+    table->selectionModel()->setCurrentIndex(
+        m_scModel->index(std::min(row, m_scModel->rowCount() - 1), 0),
+        QItemSelectionModel::NoUpdate);
+    table->setFocus();
+}
+
 void TarnwellPref::offerTutorial(const prefs::CFPreferencesWrapper_Tarnwell &wrapper)
 {
     constexpr double secondsBeforeTheOffer = 3.0;

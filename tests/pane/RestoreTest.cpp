@@ -90,6 +90,9 @@ TEST_F(Restore, AsksKeepsAndRestores)
     EXPECT_EQ(shortcuts::readArchive(fileStoreControl.files.begin()->second, &error)->shortcuts,
               before);
     EXPECT_TRUE(distributedCenter.control().posted().isEmpty());
+    EXPECT_EQ(view->focusWidget(), pane->scTable()) << "the button that had it is disabled";
+    EXPECT_EQ(pane->scTable()->currentIndex().row(), 0);
+    EXPECT_FALSE(pane->scRestoreButton()->isEnabled()) << "nothing is selected by itself";
 }
 
 TEST_F(Restore, NamesTheItemThatLosesTheShortcut)
@@ -136,6 +139,20 @@ TEST_F(Restore, TouchesOnlyWhatWasAskedAbout)
     EXPECT_EQ(lastAlert().style, ports::AlertStyle::Critical);
     sheetsControl.answer(1);
     EXPECT_FALSE(shownItems().contains(u"Open"_s));
+
+    // Meanwhile the one that was named takes other modifiers: it keeps its shortcut.
+    storeShortcuts(
+        {{u"com.example.scribe"_s, items({changed(u"Open"_s), changed(u"Print"_s, 0x09, 0x00)})}});
+    postRefresh();
+    select(u"Open"_s);
+    pane->scRestoreButton()->click();
+    plist::Dictionary print = changedItem(u"Print"_s, 0x09, 0x00);
+    print.insert(u"NewKeyCommands"_s, plist::Value(command(0x00, 0x1100, u"Print"_s)));
+    storeShortcuts({{u"com.example.scribe"_s, items({changed(u"Open"_s), plist::Value(print)})}});
+    postRefresh();
+    sheetsControl.answer(1);
+    EXPECT_EQ(storedShortcuts(),
+              (plist::Dictionary{{u"com.example.scribe"_s, items({plist::Value(print)})}}));
 }
 
 TEST_F(Restore, RestoringTheLastShortcutRemovesTheKey)
