@@ -41,6 +41,17 @@ namespace {
 constexpr QSize popupIconSize(16, 16);
 constexpr int shortcutColumnSpacing = 8;
 
+bool shows(const QComboBox &popup, const QList<shortcuts::PopupEntry> &entries)
+{
+    const auto showsEntry = [&popup, row = 0](const shortcuts::PopupEntry &entry) mutable {
+        const int index = row++;
+        return popup.itemText(index) == entry.title && popup.itemData(index) == entry.identifier &&
+               popup.itemIcon(index).cacheKey() == entry.icon.cacheKey();
+    };
+    return !entries.isEmpty() && popup.count() == entries.size() &&
+           std::all_of(entries.begin(), entries.end(), showsEntry);
+}
+
 } // namespace
 
 void TarnwellPref::buildSCArray(const QString &settingsKey)
@@ -283,6 +294,13 @@ void TarnwellPref::offerTutorial(const prefs::CFPreferencesWrapper_Tarnwell &wra
 
 void TarnwellPref::fillPopup(const QList<shortcuts::PopupEntry> &entries)
 {
+    // Filling a pop-up is no choice of the user's, so nobody hears of it.
+    const QSignalBlocker blocker(scPopup());
+    // A list that is open right now would lose its place.
+    if (shows(*scPopup(), entries)) {
+        scPopup()->setCurrentIndex(0);
+        return;
+    }
     QList<QStandardItem *> items;
     items.reserve(entries.size() + 1);
     for (const shortcuts::PopupEntry &entry : entries) {
@@ -293,8 +311,6 @@ void TarnwellPref::fillPopup(const QList<shortcuts::PopupEntry> &entries)
     if (entries.isEmpty())
         items.append(new QStandardItem(localized("No Applications Configured")));
 
-    // Filling a pop-up is no choice of the user's, so nobody hears of it.
-    const QSignalBlocker blocker(scPopup());
     scPopup()->setIconSize(popupIconSize);
     auto *model = qobject_cast<QStandardItemModel *>(scPopup()->model());
     model->clear();

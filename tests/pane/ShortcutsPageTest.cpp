@@ -3,6 +3,7 @@
 #include "support/ShortcutRecords.h"
 
 #include <QAbstractItemModelTester>
+#include <QAbstractItemView>
 #include <QComboBox>
 #include <QLabel>
 #include <QPushButton>
@@ -178,8 +179,14 @@ TEST_F(ShortcutsPage, RefreshWithoutNewsLeavesTheTableAlone)
     storeShortcuts({{u"com.example.scribe"_s, application({u"Open"_s, u"Save"_s})}});
     showPane();
     const QSignalSpy resets(pane->scTable()->model(), &QAbstractItemModel::modelReset);
+    pane->scPopup()->showPopup();
+    ASSERT_TRUE(pane->scPopup()->view()->currentIndex().isValid());
     postRefresh();
     EXPECT_EQ(resets.count(), 0);
+    EXPECT_TRUE(pane->scPopup()->view()->currentIndex().isValid()) << "Return chooses it";
+    home.addApplication(u"/Applications/Scribe.app"_s, u"com.example.scribe"_s, u"Scribe 2"_s);
+    postRefresh();
+    EXPECT_EQ(popupTitles(), QStringList{u"Scribe 2 (Scribe 2)"_s});
 }
 
 TEST_F(ShortcutsPage, IncompleteRecordsAreTrimmedAndTheRestKept)
