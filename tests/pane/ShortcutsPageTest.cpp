@@ -82,6 +82,7 @@ TEST_F(ShortcutsPage, ListsApplicationsByTitleAndShowsTheFirst)
     EXPECT_EQ(shownItems(), (QStringList{u"Add"_s, u"Mean"_s, u"sum"_s}));
     EXPECT_TRUE(pane->appFormatField()->text().contains(u"abacus"_s));
     EXPECT_FALSE(pane->appFormatField()->text().contains(u"%@"_s));
+    EXPECT_FALSE(pane->appFormatField()->buddy()) << "it would eat a name's ampersand as mnemonic";
     EXPECT_TRUE(pane->scRemoveAppButton()->isEnabled());
     EXPECT_FALSE(pane->scRestoreButton()->isEnabled());
     EXPECT_TRUE(preferences.control().writes().isEmpty())
