@@ -1,3 +1,4 @@
+#include "desktop/CapturedLog.h"
 #include "shortcuts/ShortcutArchive.h"
 #include "support/PaneFixture.h"
 #include "support/ShortcutRecords.h"
@@ -316,6 +317,34 @@ TEST_F(Restore, FilteredRowsActOnTheirOwnRecords)
     EXPECT_EQ(shownItems().size(), 2);
     EXPECT_TRUE(pane->scNoMatch()->isHidden());
     EXPECT_EQ(pane->scFilterField()->accessibleDescription(), description);
+}
+
+TEST_F(Restore, LogsWhatItMeetsAndDoes)
+{
+    plist::Dictionary incomplete = changedItem(u"Print"_s);
+    incomplete.remove(u"NewKeyCommands");
+    storeShortcuts(
+        {{u"com.example.scribe"_s, items({changed(u"Save"_s), plist::Value(incomplete)})},
+         {u"com.example.abacus"_s, items({changed(u"Add"_s)})},
+         {u"com.example.none"_s, items({changed(u"Same"_s, 0x0B, 0x0B)})}});
+    const CapturedLog log;
+    showPane();
+    EXPECT_EQ(pane->scTable()->model()->index(0, 0).data().toString(), u"Add"_s);
+    select(u"Add"_s);
+    pane->scRestoreButton()->click();
+    sheetsControl.answer(1);
+    const auto removals = [&log] { return log.containing(u"Removing This Application"_s); };
+    EXPECT_EQ(removals(), QStringList{u"Removing This Application: com.example.abacus"_s});
+    EXPECT_EQ(log.containing(u"All keys are gone"_s).size(), 1);
+    pane->scRemoveAppButton()->click();
+    sheetsControl.answer(1);
+    for (const QString &line :
+         {u"Print is an incomplete preference. Removing"_s, u"o:0:0:\u2318A"_s, u":11:0:\u2318B"_s,
+          u"\"......\u2318A......\" is 2"_s}) {
+        EXPECT_TRUE(log.lines().contains(line)) << line.toStdString();
+    }
+    EXPECT_EQ(log.containing(u"No items configured for com.example.none ("_s).size(), 1);
+    EXPECT_FALSE(log.containing(u"Dict: "_s).filter(u"Add"_s).isEmpty());
 }
 
 TEST_F(Restore, WhatThePluginStoresMeanwhileStays)

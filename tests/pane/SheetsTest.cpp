@@ -57,6 +57,8 @@ TEST_F(PaneSheets, AboutScrollsUntilItIsDismissed)
     sheetsControl.turn();
     EXPECT_FALSE(pane->aboutSheet()->isVisible());
     EXPECT_FALSE(timers.control().scheduledIntervals().contains(0.05));
+    find<QPushButton>("aboutButton")->click();
+    EXPECT_EQ(pane->aboutTextField()->verticalScrollBar()->value(), 0) << "again from the top";
 }
 
 TEST_F(PaneSheets, TheTutorialIsOfferedOnceThreeSecondsAfterNothingWasFound)
