@@ -12,6 +12,7 @@
 #include "shortcuts/ShortcutBackups.h"
 
 #include <QComboBox>
+#include <QPushButton>
 #include <QTableView>
 
 #include <algorithm>
@@ -144,6 +145,9 @@ void TarnwellPref::removeSheetDidEnd(const QString &askedSettingsKey, int return
     }
     rebuildPopup();
     doPopup(scPopup());
+    // Greyed out, the button would pass the focus on to one that the same key works.
+    if (!scRemoveAppButton()->isEnabled())
+        scPopup()->setFocus();
 }
 
 bool TarnwellPref::changeShortcuts(

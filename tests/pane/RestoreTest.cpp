@@ -336,8 +336,10 @@ TEST_F(Restore, LogsWhatItMeetsAndDoes)
     const auto removals = [&log] { return log.containing(u"Removing This Application"_s); };
     EXPECT_EQ(removals(), QStringList{u"Removing This Application: com.example.abacus"_s});
     EXPECT_EQ(log.containing(u"All keys are gone"_s).size(), 1);
+    pane->scRemoveAppButton()->setFocus();
     pane->scRemoveAppButton()->click();
     sheetsControl.answer(1);
+    EXPECT_EQ(view->window()->focusWidget(), pane->scPopup()) << "nothing is left to remove";
     for (const QString &line :
          {u"Print is an incomplete preference. Removing"_s, u"o:0:0:\u2318A"_s, u":11:0:\u2318B"_s,
           u"\"......\u2318A......\" is 2"_s}) {
