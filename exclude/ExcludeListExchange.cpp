@@ -38,7 +38,7 @@ bool isOwn(const plist::Value &element)
 
 QString nameOf(const plist::Dictionary &dictionary)
 {
-    if (const QString name = dictionary.value(record::displayName).toString(); !name.isEmpty())
+    if (QString name = dictionary.value(record::displayName).toString(); !name.isEmpty())
         return name;
     const QString path = dictionary.value(record::path).toString();
     return path.isEmpty() ? dictionary.value(record::identifier).toString()

@@ -17,7 +17,7 @@ namespace tarnwell::pane {
 
 namespace {
 
-constexpr qint64 importSizeLimit = 16 * 1024 * 1024;
+constexpr qint64 importSizeLimit = 16LL * 1024 * 1024;
 
 } // namespace
 

@@ -43,7 +43,7 @@ constexpr std::array<std::pair<int, quint16>, 38> keysWithoutCharacter{{
 
 std::optional<quint16> keypadKey(int key)
 {
-    if (key == Qt::Key_Enter || key > 0x7F)
+    if (key > 0x7F)
         return std::nullopt;
     const auto positions = foundation::keyPositions();
     const auto found = std::find_if(positions.begin(), positions.end(), [key](const auto &known) {

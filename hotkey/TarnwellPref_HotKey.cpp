@@ -84,7 +84,7 @@ QString TarnwellPref::showHotKey(QWidget *field, const hotkey::HotKey &hotKey)
     const auto text = hotkey::displayString(m_desktop.keyboardLayouts, hotKey);
     if (!text)
         return {};
-    const QString words = hotkey::spokenHotKey(hotKey, *text);
+    QString words = hotkey::spokenHotKey(hotKey, *text);
     field->setProperty("text", *text);
     if (field == hotKeyField())
         tellInSheet(words);

@@ -50,7 +50,7 @@ void reportDamagedExcludeList(const ports::FileManager &fileManager)
 {
     QFile file(fileManager.resolve(
         u"~/Library/Application Support/Varnit/Tarnwell/HardcodedExcludeList.plist"_s));
-    constexpr qint64 sizeLimit = 8 * 1024 * 1024;
+    constexpr qint64 sizeLimit = 8LL * 1024 * 1024;
     if (!file.open(QIODevice::ReadOnly) || file.size() > sizeLimit)
         return;
     plist::ReadError error;

@@ -157,7 +157,7 @@ bool TarnwellPref::changeShortcuts(
     m_desktop.preferences.updateAppValue(
         prefs::keys::menuShortcuts, prefs::pluginDomain,
         [&](const plist::Value &stored) -> std::optional<plist::Value> {
-            const plist::Dictionary present = stored.toDictionary();
+            const plist::Dictionary &present = stored.toDictionary();
             const plist::Dictionary changed = change(present);
             const bool isKept =
                 changed == present || present.isEmpty() || shortcutBackups().keep(present, &error);

@@ -67,7 +67,7 @@ plist::Value TarnwellPref::appendRowsOf(const QString &settingsKey)
         wrapper->dictionaryForKey(prefs::keys::menuShortcuts);
     if (!stored)
         return {};
-    const plist::Value groups = stored->value(settingsKey);
+    plist::Value groups = stored->value(settingsKey);
     if (!groups.isArray())
         return groups;
     const shortcuts::ShortcutListResult built = shortcuts::buildShortcutRows(
@@ -127,7 +127,7 @@ void TarnwellPref::dropApplications(const plist::Dictionary &groupsByApplication
     m_desktop.preferences.updateAppValue(
         prefs::keys::menuShortcuts, prefs::pluginDomain,
         [&](const plist::Value &stored) -> std::optional<plist::Value> {
-            const plist::Dictionary present = stored.toDictionary();
+            const plist::Dictionary &present = stored.toDictionary();
             plist::Dictionary remaining = present;
             plist::Dictionary dropped;
             for (const auto &application : groupsByApplication) {

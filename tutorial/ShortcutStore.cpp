@@ -68,7 +68,7 @@ bool ShortcutStore::update(const ports::Preferences::Change &change)
     bool isChanged = false;
     const bool isStored = m_preferences->updateAppValue(
         prefs::keys::menuShortcuts, prefs::pluginDomain, [&](const plist::Value &present) {
-            const std::optional<plist::Value> changed = change(present);
+            std::optional<plist::Value> changed = change(present);
             isChanged = changed.has_value();
             return changed;
         });

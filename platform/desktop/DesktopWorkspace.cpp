@@ -119,7 +119,7 @@ QIcon DesktopWorkspace::iconForFile(const QString &path) const
         return known->icon;
 
     const DescribingFile file = describingFile(path).value_or(DescribingFile{path, {}});
-    const QIcon icon(
+    QIcon icon(
         new FileIconEngine([places = m_places, path] { return sourceOfFile(places, path); }));
     if (m_icons.size() >= mostIcons)
         m_icons.clear();

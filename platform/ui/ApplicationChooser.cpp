@@ -181,7 +181,7 @@ void ApplicationChooser::search(const QString &text)
 
 QStringList ApplicationChooser::chosenPaths() const
 {
-    const QStringList ticked = m_model->tickedPaths();
+    QStringList ticked = m_model->tickedPaths();
     const QModelIndexList selected = m_list->selectionModel()->selectedRows();
     if (!ticked.isEmpty() || selected.isEmpty())
         return ticked;
