@@ -10,6 +10,8 @@ namespace tarnwell::compositions::limits {
 inline constexpr int nesting = 64;
 /// Nodes of one composition, the copies of its virtual patches counted.
 inline constexpr int nodes = 100'000;
+/// Ports of all nodes, and whatever else of their descriptions has to be gone through.
+inline constexpr qint64 descriptions = 4'000'000;
 /// Passes of all iterators and copies of all replicators, in one frame.
 inline constexpr int iterations = 10'000;
 /// Runs of single patches, in one frame.
@@ -30,6 +32,8 @@ inline constexpr qint64 imageBytes = 256LL * 1024 * 1024;
 
 /// Time that all scripts together may take in one frame.
 inline constexpr int scriptMilliseconds = 50;
+/// Members of structures that a run of a script puts out; long texts count as many.
+inline constexpr qint64 scriptMembers = 100'000;
 /// Characters of one script.
 inline constexpr int scriptLength = 1'000'000;
 
@@ -44,7 +48,7 @@ inline constexpr qint64 kernelSteps = 64'000'000;
 
 /// Characters of one string.
 inline constexpr int stringLength = 1'000'000;
-/// Members of one structure, those of its members included.
+/// Members of one structure, those of its members included. Long texts count as many.
 inline constexpr qint64 structureMembers = 1'000'000;
 /// Structures within structures.
 inline constexpr int structureDepth = 32;

@@ -1,5 +1,6 @@
 #include "CompositionBuilder.h"
 
+#include "compositions/Limits.h"
 #include "compositions/evaluator/Report.h"
 #include "compositions/model/Structure.h"
 
@@ -112,6 +113,23 @@ TEST(QueuePatch, KeepsTheNewestLast)
     patch.set(u"inputFilling"_s, false);
     EXPECT_EQ(json(patch.set(u"inputValue"_s, 4.0).at(4)), "[[2,3]]");
     EXPECT_EQ(json(patch.set(u"inputResetSignal"_s, true).at(5)), "[[]]");
+}
+
+TEST(QueuePatch, ForgetsWhatIsTooLargeToBeKept)
+{
+    SinglePatch patch(
+        u"QCQueue"_s,
+        {{u"inputValue"_s, u""_s}, {u"inputSize"_s, 1'000'000}, {u"inputFilling"_s, true}},
+        {u"outputQueue"_s});
+    const QString text = u"x"_s.repeated(limits::stringLength - 1);
+    for (int i = 0; i < 100; ++i) {
+        patch.set(u"inputValue"_s, QString(text + QChar(u'0' + i))).at(i);
+    }
+    const StructureRef kept = patch.at(100).toStructure();
+    EXPECT_LE(kept->count(),
+              limits::structureMembers * Structure::charactersPerMember / limits::stringLength);
+    EXPECT_GE(kept->count(), 50);
+    EXPECT_TRUE(kept->member(kept->count() - 1).toString().endsWith(QChar(u'0' + 99)));
 }
 
 TEST(QueuePatch, CollectsThePassesOfAnIterator)

@@ -12,15 +12,14 @@ Structure::Structure(Token, QStringList keys, std::vector<Value> members)
 {
     size_t kept = 0;
     for (Value &member : m_members) {
-        qint64 weight = 1;
         if (const StructureRef inner = member.toStructure()) {
             if (inner->m_depth >= limits::structureDepth) {
                 member = Value();
             } else {
-                weight += inner->m_weight;
                 m_depth = std::max(m_depth, inner->m_depth + 1);
             }
         }
+        const qint64 weight = weightOf(member);
         if (m_weight + weight > limits::structureMembers) {
             break;
         }
@@ -30,6 +29,18 @@ Structure::Structure(Token, QStringList keys, std::vector<Value> members)
     m_members.resize(kept);
     if (!m_keys.isEmpty()) {
         m_keys.resize(qsizetype(kept));
+    }
+}
+
+qint64 Structure::weightOf(const Value &value)
+{
+    switch (value.type()) {
+    case PortType::String:
+        return 1 + value.toString().size() / charactersPerMember;
+    case PortType::Structure:
+        return 1 + value.toStructure()->m_weight;
+    default:
+        return 1;
     }
 }
 

@@ -14,6 +14,11 @@ namespace tarnwell::compositions {
 class Structure
 {
 public:
+    /// So many characters of a text weigh as much as a member.
+    static constexpr int charactersPerMember = 64;
+    /// What a value counts for in a structure: its members and theirs, and its characters.
+    static qint64 weightOf(const Value &value);
+
     static StructureRef list(std::vector<Value> members);
     /// As many keys as members; of equal keys the first counts when looked up.
     static StructureRef keyed(QStringList keys, std::vector<Value> members);

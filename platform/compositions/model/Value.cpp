@@ -49,6 +49,11 @@ void dump(const Value &value, QString &text)
 
 double numberFromText(QStringView text)
 {
+    // Nobody writes a number as long as that, and texts may be very long.
+    constexpr qsizetype longestNumber = 1'000;
+    if (text.size() > longestNumber) {
+        return 0.0;
+    }
     bool complete = false;
     const double number = text.trimmed().toDouble(&complete);
     return complete && std::isfinite(number) ? number : 0.0;

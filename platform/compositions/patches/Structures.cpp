@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <deque>
 #include <numeric>
 
@@ -15,6 +16,9 @@ using namespace Qt::StringLiterals;
 using Type = PortType;
 
 namespace {
+
+/// So many keys are looked at in a run of a simple patch.
+constexpr qint64 keysPerRun = 64;
 
 /// The members at these places, with their keys if they have any.
 StructureRef picked(const Structure &from, const std::vector<size_t> &places)
@@ -55,7 +59,9 @@ void member(Context &context)
     if (!structure) {
         context.set(0, {});
     } else if (context.description().identifier == "key"_L1) {
-        context.set(0, structure->member(context.string(1)));
+        if (context.charge(structure->count() / keysPerRun)) {
+            context.set(0, structure->member(context.string(1)));
+        }
     } else if (context.description().identifier == "keyAtIndex"_L1) {
         const qint64 index = context.index(1);
         context.set(0, index < structure->count() ? Value(structure->key(index)) : Value());
@@ -92,9 +98,16 @@ void sort(Context &context)
     }
     const QString key = context.string(1);
     std::vector<Value> ranks;
+    qint64 work = 0;
     for (const Value &value : structure->members()) {
         const StructureRef inner = value.toStructure();
-        ranks.push_back(inner && !key.isEmpty() ? inner->member(key) : value);
+        const Value rank = inner && !key.isEmpty() ? inner->member(key) : value;
+        ranks.push_back(rank.isNumeric() ? rank : Value(rank.toString()));
+        work += Structure::weightOf(ranks.back()) + (inner ? inner->count() / keysPerRun : 0);
+    }
+    // Every member is compared with about as many as their number has digits.
+    if (!context.charge(work * qint64(std::bit_width(ranks.size())))) {
+        return;
     }
     std::vector<size_t> places = allPlaces(*structure);
     std::ranges::stable_sort(places,
@@ -144,18 +157,22 @@ public:
         bool hasChanged = false;
         if (m_reset.rises(context.boolean(3))) {
             m_values.clear();
+            m_weight = 0;
             m_hasLast = false;
             hasChanged = true;
         }
         const Value &value = context.value(0);
         if (context.boolean(2) &&
             (m_isContinuous || !m_hasLast || context.pass().count > 0 || !(value == m_last))) {
+            m_weight += Structure::weightOf(value);
             m_values.push_back(value);
             m_last = value;
             m_hasLast = true;
             hasChanged = true;
         }
-        while (qint64(m_values.size()) > size) {
+        // The newest ones are kept, also where they are too large to be all remembered.
+        while (qint64(m_values.size()) > size || m_weight > limits::structureMembers) {
+            m_weight -= Structure::weightOf(m_values.front());
             m_values.pop_front();
         }
         if (hasChanged || m_values.size() != before || context.isFirstRun()) {
@@ -169,6 +186,7 @@ private:
     Edge m_reset;
     Value m_last;
     std::deque<Value> m_values;
+    qint64 m_weight = 0;
 };
 
 constexpr std::array structureInput{PortDefinition{"inputStructure"_L1, Type::Structure}};
