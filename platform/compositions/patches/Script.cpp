@@ -88,11 +88,12 @@ public:
             start(context);
         }
         for (int i = 0; i < context.inputCount(); ++i) {
-            if (const StructureRef structure = context.structure(i)) {
-                context.charge(structure->count());
-            }
+            context.charge(Structure::weightOf(context.value(i)));
         }
-        if (m_hasFailed || !(m_isOld ? runOld(context) : runNew(context))) {
+        m_membersLeft = limits::scriptMembers;
+        if (m_hasFailed || !context.scripts().supervise(*m_engine, [&] {
+                return m_isOld ? runOld(context) : runNew(context);
+            })) {
             for (int i = 0; i < context.outputCount(); ++i) {
                 context.set(i, {});
             }
@@ -105,13 +106,15 @@ private:
         m_engine = context.scripts().makeEngine();
         m_hasFailed = !m_engine;
         if (m_engine && !m_isOld) {
-            m_hasFailed = m_signature.script.isEmpty() ||
-                          context.scripts().evaluate(*m_engine, m_signature.script).isError();
+            m_hasFailed =
+                m_signature.script.isEmpty() || !context.scripts().supervise(*m_engine, [this] {
+                    return ScriptHost::evaluate(*m_engine, m_signature.script);
+                });
             m_main = m_engine->globalObject().property(u"main"_s);
         }
     }
 
-    bool runNew(Context &context)
+    QJSValue runNew(Context &context)
     {
         QJSValueList arguments;
         int input = 0;
@@ -127,12 +130,9 @@ private:
             }
             arguments.append(array);
         }
-        const QJSValue result = context.scripts().call(*m_engine, m_main, arguments);
-        if (result.isError()) {
-            return false;
-        }
-        if (!result.isObject()) {
-            return true; // nothing returned: the outputs keep what they have
+        QJSValue result = ScriptHost::call(*m_engine, m_main, arguments);
+        if (result.isError() || !result.isObject()) {
+            return result; // nothing returned: the outputs keep what they have
         }
         int output = 0;
         for (const ScriptPort &port : m_signature.outputs) {
@@ -144,17 +144,17 @@ private:
                 setOutput(context, output++, property.property(quint32(i)), port.type);
             }
         }
-        return true;
+        return result;
     }
 
-    static void setOutput(Context &context, int output, const QJSValue &value, PortType type)
+    void setOutput(Context &context, int output, const QJSValue &value, PortType type)
     {
         if (!value.isUndefined()) {
-            context.set(output, fromScript(value).converted(type));
+            context.set(output, fromScript(value, m_membersLeft).converted(type));
         }
     }
 
-    bool runOld(Context &context)
+    QJSValue runOld(Context &context)
     {
         QJSValue global = m_engine->globalObject();
         QJSValue inputs = m_engine->newArray();
@@ -167,18 +167,20 @@ private:
         }
         global.setProperty(u"inputs"_s, inputs);
         global.setProperty(u"outputs"_s, outputs);
-        if (context.scripts().evaluate(*m_engine, m_script).isError()) {
-            return false;
+        QJSValue result = ScriptHost::evaluate(*m_engine, m_script);
+        if (result.isError()) {
+            return result;
         }
         outputs = global.property(u"outputs"_s);
         for (int i = 0; i < context.outputCount(); ++i) {
-            context.set(i, fromScript(outputs.property(quint32(i))));
+            context.set(i, fromScript(outputs.property(quint32(i)), m_membersLeft));
         }
-        return true;
+        return {};
     }
 
     bool m_isOld;
     bool m_hasFailed = false;
+    qint64 m_membersLeft = 0; ///< that this run may still put out
     QString m_script;
     ScriptSignature m_signature;
     std::unique_ptr<QJSEngine> m_engine;

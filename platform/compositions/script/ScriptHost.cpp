@@ -1,6 +1,8 @@
 #include "compositions/script/ScriptHost.h"
 
 #include "compositions/Limits.h"
+#include "compositions/script/PatternCost.h"
+#include "compositions/script/ScriptGuard.h"
 #include "foundation/Logging.h"
 
 #include <QCoreApplication>
@@ -19,92 +21,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int mostEngines = 64;
-
-// Functions of the language that do unbounded work in one step, where no interruption reaches:
-// they get bounds before any script runs. Buffers of raw memory have no use in a composition.
-constexpr auto boundaries = R"js(
-(function (world) {
-    'use strict';
-    var most = 1000000;
-    var source = Object.getOwnPropertyDescriptor(RegExp.prototype, 'source').get;
-    ['ArrayBuffer', 'SharedArrayBuffer', 'Atomics', 'DataView', 'Int8Array', 'Uint8Array',
-     'Uint8ClampedArray', 'Int16Array', 'Uint16Array', 'Int32Array', 'Uint32Array', 'Float32Array',
-     'Float64Array'].forEach(function (name) { delete world[name]; });
-
-    function replace(owner, name, isAllowed) {
-        var original = owner[name];
-        if (typeof original !== 'function') {
-            return;
-        }
-        Object.defineProperty(owner, name, { configurable: false, writable: false,
-            value: function () {
-                if (!isAllowed(this, arguments)) {
-                    throw new RangeError(name + ' is too large');
-                }
-                return original.apply(this, arguments);
-            } });
-    }
-    function hasLength(object) { return Number(object === null || object === undefined ? 0 : object.length) <= most; }
-
-    Object.getOwnPropertyNames(Array.prototype).forEach(function (name) {
-        if (name !== 'constructor' && name !== 'length') {
-            replace(Array.prototype, name, function (self, given) {
-                for (var i = 0; i < given.length; ++i) {
-                    if (Array.isArray(given[i]) && !hasLength(given[i])) {
-                        return false;
-                    }
-                }
-                return hasLength(self);
-            });
-        }
-    });
-    replace(Array, 'from', function (self, given) { return hasLength(given[0]); });
-    replace(String.prototype, 'repeat', function (self, given) {
-        return String(self).length * Number(given[0]) <= most;
-    });
-    ['padStart', 'padEnd'].forEach(function (name) {
-        replace(String.prototype, name, function (self, given) { return !(Number(given[0]) > most); });
-    });
-    ['replace', 'replaceAll', 'split', 'match', 'search', 'concat', 'toUpperCase', 'toLowerCase'].forEach(function (name) {
-        replace(String.prototype, name, function (self, given) {
-            return String(self).length <= most
-                && (!(given[0] instanceof RegExp) || isHarmless(source.call(given[0]), self));
-        });
-    });
-
-    // A repeated group that itself repeats, or that has alternatives, can take time without end.
-    function isHarmless(expression, text) {
-        return String(text).length <= 20 || !/\([^()]*[*+|{][^()]*\)\s*[*+{]|\)\)+\s*[*+{]|\\[1-9]/.test(expression);
-    }
-    var exec = RegExp.prototype.exec;
-    var inner = false;
-    function guarded(original, name) {
-        return function () {
-            if (!inner) {
-                inner = true;
-                var harmless = true;
-                try {
-                    harmless = isHarmless(source.call(this), arguments[0]);
-                } finally {
-                    inner = false;
-                }
-                if (!harmless) {
-                    throw new RangeError('the expression may take too long');
-                }
-            }
-            return original.apply(this, arguments);
-        };
-    }
-    ['exec', 'test', Symbol.match, Symbol.replace, Symbol.search, Symbol.split].forEach(function (name) {
-        var original = RegExp.prototype[name];
-        if (typeof original === 'function') {
-            Object.defineProperty(RegExp.prototype, name,
-                { configurable: false, writable: false, value: guarded(original, name) });
-        }
-    });
-    world._testMode = false;
-})(this);
-)js"_L1;
 
 } // namespace
 
@@ -184,49 +100,43 @@ std::unique_ptr<QJSEngine> ScriptHost::makeEngine()
     }
     --m_enginesLeft;
     auto engine = std::make_unique<QJSEngine>();
-    const QJSValue result = engine->evaluate(QString(boundaries));
-    if (result.isError()) {
-        TARNWELL_SYSTEM_LOG(u"The script engine cannot be bounded: "_s + result.toString());
-        return {};
-    }
-    return engine;
+    return ScriptGuard::protect(*engine) ? std::move(engine) : nullptr;
 }
 
 // Whatever a script throws counts as an error, a plain text too.
 QJSValue ScriptHost::evaluate(QJSEngine &engine, const QString &script)
 {
-    return supervise(engine, [&] {
-        QStringList trace;
-        const QJSValue result = engine.evaluate(script, u"composition"_s, 1, &trace);
-        return trace.isEmpty() || result.isError()
-                   ? result
-                   : engine.newErrorObject(QJSValue::GenericError, result.toString());
-    });
+    if (mayHoldHugePattern(script)) {
+        return engine.newErrorObject(QJSValue::RangeError,
+                                     u"a regular expression may be too large"_s);
+    }
+    QStringList trace;
+    const QJSValue result = engine.evaluate(script, u"composition"_s, 1, &trace);
+    return trace.isEmpty() || result.isError()
+               ? result
+               : engine.newErrorObject(QJSValue::GenericError, result.toString());
 }
 
 QJSValue ScriptHost::call(QJSEngine &engine, QJSValue function, const QJSValueList &arguments)
 {
-    return supervise(engine, [&] {
-        const QJSManagedValue callee(std::move(function), &engine);
-        const QJSValue result = callee.call(arguments);
-        if (!engine.hasError()) {
-            return result;
-        }
-        const QJSValue thrown = engine.catchError();
-        return thrown.isError() ? thrown
-                                : engine.newErrorObject(QJSValue::GenericError, thrown.toString());
-    });
+    const QJSManagedValue callee(std::move(function), &engine);
+    const QJSValue result = callee.call(arguments);
+    if (!engine.hasError()) {
+        return result;
+    }
+    const QJSValue thrown = engine.catchError();
+    return thrown.isError() ? thrown
+                            : engine.newErrorObject(QJSValue::GenericError, thrown.toString());
 }
 
-template <typename Run>
-QJSValue ScriptHost::supervise(QJSEngine &engine, const Run &run)
+bool ScriptHost::supervise(QJSEngine &engine, const std::function<QJSValue()> &work)
 {
     const auto fail = [&engine](const QString &reason) {
         if (!engine.property("hasFailed").toBool()) {
             engine.setProperty("hasFailed", true);
             TARNWELL_SYSTEM_LOG(u"A script of a composition gives nothing: "_s + reason);
         }
-        return engine.newErrorObject(QJSValue::GenericError, reason);
+        return false;
     };
     if (m_nanosecondsLeft <= 0) {
         return fail(u"the time of the frame is used up"_s);
@@ -238,15 +148,18 @@ QJSValue ScriptHost::supervise(QJSEngine &engine, const Run &run)
     QElapsedTimer timer;
     timer.start();
     m_watchdog->guard(&engine, std::chrono::nanoseconds(m_nanosecondsLeft));
-    const QJSValue result = run();
+    const QJSValue result = work();
     m_watchdog->release();
     m_nanosecondsLeft -= timer.nsecsElapsed();
+    if (engine.hasError()) {
+        engine.catchError();
+    }
     if (engine.isInterrupted()) {
         engine.setInterrupted(false);
         m_nanosecondsLeft = 0;
         return fail(u"it took too long"_s);
     }
-    return result.isError() ? fail(result.toString()) : result;
+    return !result.isError() || fail(result.toString());
 }
 
 } // namespace tarnwell::compositions

@@ -3,6 +3,7 @@
 #include <QJSValue>
 #include <QString>
 
+#include <functional>
 #include <memory>
 
 class QJSEngine;
@@ -25,15 +26,18 @@ public:
     /// A fresh engine; null when the composition already has more than it may.
     std::unique_ptr<QJSEngine> makeEngine();
 
-    /// Runs a text in an engine, or calls a function of one. The result is an error when the script
-    /// failed or was stopped; one line in the log says so, once for each engine.
-    QJSValue evaluate(QJSEngine &engine, const QString &script);
-    QJSValue call(QJSEngine &engine, QJSValue function, const QJSValueList &arguments);
+    /// Does something that may run code of an engine, as even looking at an object does. False when
+    /// the result is an error or when it was stopped; one line in the log says so, once for each
+    /// engine.
+    bool supervise(QJSEngine &engine, const std::function<QJSValue()> &work);
+
+    /// Runs a text in an engine, or calls a function of one, under supervision. The result is an
+    /// error when the script failed.
+    static QJSValue evaluate(QJSEngine &engine, const QString &script);
+    static QJSValue call(QJSEngine &engine, QJSValue function, const QJSValueList &arguments);
 
 private:
     class Watchdog;
-    template <typename Run>
-    QJSValue supervise(QJSEngine &engine, const Run &run);
 
     std::unique_ptr<Watchdog> m_watchdog; ///< a thread, made when the first script runs
     int m_enginesLeft;

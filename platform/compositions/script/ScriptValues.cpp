@@ -18,6 +18,10 @@ namespace {
 class Importer
 {
 public:
+    explicit Importer(qint64 &left)
+        : m_left(left)
+    {}
+
     Value import(const QJSValue &value, int depth)
     {
         if (value.isBool()) {
@@ -27,7 +31,10 @@ public:
             return value.toNumber();
         }
         if (value.isString()) {
-            return value.toString();
+            // The engine puts texts together late: few characters there may be many here.
+            const QString text = value.toString();
+            m_left -= text.size() / Structure::charactersPerMember;
+            return text;
         }
         if (!value.isObject() || value.isCallable() || value.isError() ||
             depth > limits::structureDepth) {
@@ -74,7 +81,7 @@ private:
         return Structure::keyed(std::move(keys), std::move(members));
     }
 
-    qint64 m_left = limits::structureMembers / 10;
+    qint64 &m_left;
 };
 
 } // namespace
@@ -119,9 +126,9 @@ QJSValue toScript(QJSEngine &engine, const Value &value)
     }
 }
 
-Value fromScript(const QJSValue &value)
+Value fromScript(const QJSValue &value, qint64 &membersLeft)
 {
-    return Importer().import(value, 0);
+    return membersLeft > 0 ? Importer(membersLeft).import(value, 0) : Value();
 }
 
 } // namespace tarnwell::compositions
