@@ -75,6 +75,10 @@ const std::array definitions{
                     .outputs = dimensionOutputs,
                     .traits = Trait::FrameDependent,
                     .run = imageDimensions},
+    PatchDefinition{.className = "QCImageMatrix"_L1,
+                    .inputs = imageInput,
+                    .outputs = imageOutput,
+                    .run = passImage},
     // How a texture is set up shows in nothing that is drawn here.
     PatchDefinition{.className = "QCImageTexturingProperties"_L1,
                     .inputs = imageInput,
