@@ -121,6 +121,93 @@ TEST(Bounds, EvaluationsAndCommands)
     EXPECT_EQ(frame.targets.back().commands.size(), size_t(limits::drawCommands));
 }
 
+/// Each of these works on much in every one of its runs.
+TEST(Bounds, RunsThatTakeLong)
+{
+    const QString text = u"x"_s.repeated(limits::stringLength);
+    Dictionary members;
+    for (int i = 0; i < 10'000; ++i) {
+        members.insert(u"k%1"_s.arg(i), i);
+    }
+    struct Row
+    {
+        QString className;
+        QString input;
+        Dictionary inputs;
+        Dictionary settings;
+        QString identifier;
+    };
+    const Row rows[] = {
+        {u"QCExpression"_s,
+         u"x"_s,
+         {},
+         {{u"expression"_s, u"sin(x)"_s + u"+sin(x)"_s.repeated(8000)}},
+         {}},
+        {u"QCStringCompare"_s,
+         u"inputCaseSensitive"_s,
+         {{u"inputString1"_s, text}, {u"inputString2"_s, QString(text + u'y')}},
+         {},
+         {}},
+        {u"QCStructureMember"_s, u"inputKey"_s, {{u"inputStructure"_s, members}}, {}, u"key"_s},
+        {u"QCStructureSort"_s,
+         u"inputSortingKey"_s,
+         {{u"inputStructure"_s, plist::Array{text, text, text, text}}},
+         {},
+         {}},
+        {u"QCTextImage"_s, u"inputKerning"_s, {{u"inputString"_s, text.left(20'000)}}, {}, {}},
+    };
+    for (const Row &row : rows) {
+        MacroBuilder inside;
+        inside.node(u"QCIteratorVariables"_s, u"I"_s)
+            .node(row.className, u"N"_s, row.inputs, row.settings, row.identifier)
+            .node(u"QCSprite"_s, u"S"_s)
+            .connect(u"I.outputIndex"_s, u"N."_s + row.input)
+            .connect(u"N.outputResult"_s, u"S.inputX"_s)
+            .connect(u"N.outputMember"_s, u"S.inputY"_s)
+            .connect(u"N.outputStructure"_s, u"S.inputMask"_s)
+            .connect(u"N.outputImage"_s, u"S.inputImage"_s);
+        MacroBuilder root;
+        root.macro(u"QCIterator"_s, u"I"_s, inside, {{u"inputCount"_s, 10'000}});
+        Evaluator evaluator(root.read());
+        const Frame frame = evaluator.evaluate({});
+        EXPECT_LT(frame.targets.back().commands.size(), 8'000U) << row.className.toStdString();
+        EXPECT_TRUE(evaluator.isExhausted()) << row.className.toStdString();
+    }
+}
+
+/// Files say once what many nodes refer to.
+TEST(Bounds, DescriptionsThatNodesShare)
+{
+    Dictionary states;
+    for (int i = 0; i < 2'000; ++i) {
+        states.insert(u"p%1"_s.arg(i), 1);
+    }
+    const QString expression = u"x"_s + u"+x"_s.repeated(30'000);
+    MacroBuilder inside;
+    inside.node(u"QCUnknown"_s, u"U"_s, states)
+        .node(u"QCExpression"_s, u"E"_s, {}, {{u"expression"_s, expression}});
+    MacroBuilder root;
+    for (int i = 0; i < 1'000; ++i) {
+        root.node(u"/p"_s, u"N%1"_s.arg(i));
+    }
+    const Evaluator evaluator(root.read(
+        {{u"virtualPatches"_s,
+          Dictionary{{u"/p"_s,
+                      Dictionary{{u"rootPatch"_s, Dictionary{{u"class"_s, u"QCPatch"_s},
+                                                             {u"state"_s, inside.state()}}}}}}}}));
+    EXPECT_LT(evaluator.network().nodes.size(), 1'000U);
+    EXPECT_EQ(evaluator.network().findings.size(), 1);
+}
+
+TEST(Bounds, AFrameEndsWhenAskedTo)
+{
+    std::stop_source stop;
+    Evaluator evaluator(iterators(2, u"QCSprite"_s).read(), {.stop = stop.get_token()});
+    EXPECT_GT(evaluator.evaluate({}).targets.back().commands.size(), 100U);
+    stop.request_stop();
+    EXPECT_LE(evaluator.evaluate({}).targets.back().commands.size(), 1U);
+}
+
 TEST(Bounds, Vertices)
 {
     MacroBuilder inside;
@@ -145,12 +232,18 @@ TEST(Bounds, NoFileIsOpened)
     QImage(4, 4, QImage::Format_RGB32).save(&picture, "PNG");
     picture.flush();
     const QString url = QUrl::fromLocalFile(picture.fileName()).toString();
+    // A drawing may refer to files, and there may be somebody who reads drawings.
+    const QByteArray drawing =
+        "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'><image href='" +
+        url.toUtf8() + "' width='9' height='9'/></svg>";
     MacroBuilder root;
     root.node(u"QCImageLoader"_s, u"L"_s, {}, {{u"imagePath"_s, picture.fileName()}})
         .node(u"QCImageDownloader"_s, u"D"_s, {{u"inputURL"_s, url}})
         .node(u"QCPatchRenderer"_s, u"P"_s, {{u"inputPath"_s, picture.fileName()}})
+        .node(u"QCImageLoader"_s, u"V"_s, {}, {{u"imageData"_s, drawing}})
         .node(u"QCTextImage"_s, u"T"_s, {{u"inputFontName"_s, picture.fileName()}})
         .output(u"loaded"_s, u"L.outputImage"_s)
+        .output(u"drawn"_s, u"V.outputImage"_s)
         .output(u"downloaded"_s, u"D.outputImage"_s)
         .output(u"rendered"_s, u"P.outputImage"_s)
         .output(u"painted"_s, u"T.outputImage"_s);

@@ -48,6 +48,7 @@ void Evaluator::drawChildren(int macro)
 void Evaluator::drawNode(int index)
 {
     --m_evaluationsLeft;
+    chargeVisit(node(index));
     const PatchDefinition *definition = node(index).definition;
     timeOf(index); // keeps local time running
     pullInputs(index);
@@ -80,7 +81,7 @@ void Evaluator::iterate(int index)
     Scope &scope = m_scopes[size_t(owner.ownScope)];
     const qint64 count = inputValue(owner, iteratorCount).toIndex();
     const quint64 outer = m_scopes[size_t(owner.scope)].passId;
-    for (qint64 i = 0; i < count && takeIteration(); ++i) {
+    for (qint64 i = 0; i < count && m_evaluationsLeft > 0 && takeIteration(); ++i) {
         scope = {.stamp = ++m_serial, .passId = passIdentity(outer, i), .pass = {i, count}};
         if (owner.draws) {
             drawChildren(index);

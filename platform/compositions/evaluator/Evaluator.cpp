@@ -191,6 +191,19 @@ bool Evaluator::charge(qint64 work)
     return m_evaluationsLeft > 0;
 }
 
+void Evaluator::chargeVisit(const Node &visited)
+{
+    // What a frame's nodes are asked for again and again, pass by pass, adds up even if none runs.
+    constexpr size_t base = 4;
+    constexpr size_t perRun = 64;
+    m_visitCost += base + visited.inputs.size();
+    charge(qint64(m_visitCost / perRun));
+    m_visitCost %= perRun;
+    if (m_options.stop.stop_requested()) {
+        m_evaluationsLeft = 0;
+    }
+}
+
 /// Patterns without end among the images get pixels where the kernel is going to look.
 ImageRef Evaluator::computeImage(const ImageRecipe &recipe, const QRect &extent,
                                  Image::Outside outside)

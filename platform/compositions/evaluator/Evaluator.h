@@ -8,6 +8,8 @@
 #include <QLocale>
 #include <QTimeZone>
 
+#include <stop_token>
+
 namespace tarnwell::compositions {
 
 class ScriptHost;
@@ -18,6 +20,8 @@ struct EvaluatorOptions
     quint64 seed = 0;
     QLocale locale = QLocale::c();
     QTimeZone timeZone = QTimeZone::utc();
+    /// Once somebody asks for it, on any thread, the frame that is being made ends early.
+    std::stop_token stop = {};
 };
 
 /// What one frame is asked for.
@@ -106,6 +110,8 @@ private:
     bool takeIteration();
     /// Takes work from the frame's share; false when none is left.
     bool charge(qint64 work);
+    /// Takes what a look at a node costs, and ends the frame if somebody asked for that.
+    void chargeVisit(const Node &visited);
     void chargeFor(const Node &owner);
 
     EvaluatorOptions m_options;
@@ -123,6 +129,7 @@ private:
     int m_pullDepth = 0;
     int m_iterationsLeft = 0;
     qint64 m_evaluationsLeft = 0;
+    size_t m_visitCost = 0; ///< that was not charged yet
     int m_passStates = 0;
 };
 

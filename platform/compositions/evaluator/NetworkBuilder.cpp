@@ -40,6 +40,23 @@ PortType guessedType(const QString &key)
                                : PortType::Virtual;
 }
 
+/// What there is to go through in a node's description. A file says a thing once that its nodes may
+/// all refer to, so its own size bounds nothing.
+qint64 sizeOf(const NodeDescription &description)
+{
+    qint64 size = description.portValues.size() + description.customInputs.size() +
+                  description.customOutputs.size();
+    for (const auto &[key, setting] : description.settings) {
+        // The characters of expressions and scripts, which are compiled for each node.
+        size += 1 + (setting.isString() ? setting.toString().size() : 0);
+    }
+    if (description.graph) {
+        size += qint64(description.graph->connections.size() + description.graph->inputs.size() +
+                       description.graph->outputs.size());
+    }
+    return size;
+}
+
 class Builder
 {
 public:
@@ -70,6 +87,11 @@ private:
             report(u"more than %1 nodes: the rest is left out"_s.arg(limits::nodes));
             return -1;
         }
+        m_descriptionsLeft -= sizeOf(description);
+        if (m_descriptionsLeft <= 0) {
+            report(u"the nodes have too many ports: the rest is left out"_s);
+            return -1;
+        }
         const int index = int(m_network.nodes.size());
         m_network.nodes.emplace_back();
         Node &node = m_network.nodes.back();
@@ -83,6 +105,7 @@ private:
         node.scope = place.scope;
         node.destination = place.destination;
         addPorts(node, std::move(mentionedInputs), std::move(mentionedOutputs));
+        m_descriptionsLeft -= qint64(node.inputs.size() + node.outputs.size());
         if (description.graph) {
             // The vector may grow from here on, so the reference is not used any more.
             addChildren(index, place, depth);
@@ -299,6 +322,7 @@ private:
     }
 
     Network m_network;
+    qint64 m_descriptionsLeft = limits::descriptions;
 };
 
 } // namespace

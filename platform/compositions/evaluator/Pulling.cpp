@@ -138,6 +138,7 @@ void Evaluator::runNode(int index)
 {
     Node &owner = node(index);
     owner.freshAt = m_scopes[size_t(owner.scope)].stamp;
+    chargeVisit(owner);
     if (m_evaluationsLeft <= 0 || !mustRun(owner)) {
         return;
     }

@@ -4,8 +4,6 @@
 #include "compositions/model/Image.h"
 #include "compositions/model/Structure.h"
 
-#include <QBuffer>
-#include <QImageReader>
 #include <QJsonArray>
 #include <QRegularExpression>
 
@@ -92,10 +90,7 @@ int countUnreadableImages(const Network &network)
         const QByteArray data = node.description->className == "QCImageLoader"_L1
                                     ? node.description->setting("imageData"_L1).toData()
                                     : QByteArray();
-        QBuffer buffer;
-        buffer.setData(data);
-        buffer.open(QIODevice::ReadOnly);
-        if (!data.isEmpty() && !QImageReader(&buffer).canRead()) {
+        if (!data.isEmpty() && !canDecodeImages(data)) {
             unreadable.insert(node.description);
         }
     }

@@ -22,6 +22,9 @@ public:
     /// The variables in the order in which they first occur.
     const QStringList &variables() const { return m_variables; }
 
+    /// How many steps a run takes.
+    qsizetype length() const { return qsizetype(m_steps.size()); }
+
     /// As many values as there are variables. The seed decides what rand() gives.
     double evaluate(std::span<const double> values, quint64 seed = 0) const;
 

@@ -6,6 +6,7 @@
 #include <QImageReader>
 
 #include <algorithm>
+#include <array>
 
 namespace tarnwell::compositions {
 
@@ -14,6 +15,10 @@ namespace {
 constexpr int bytesPerPixel = 4;
 /// An animation has at most that many pictures; its pixels are bounded by the budget.
 constexpr int maximumPictures = 10'000;
+
+/// Formats that are decoded from the bytes alone. Others, such as drawings, may refer to files.
+constexpr std::array formats{"png",  "jpg",  "jpeg", "gif", "tif", "tiff", "bmp",
+                             "webp", "icns", "ico",  "pbm", "pgm", "ppm",  "tga"};
 
 bool isAllowed(QSize size)
 {
@@ -117,10 +122,21 @@ QRect coveringPixels(const QRectF &rectangle)
     return QRectF(from, to).toAlignedRect();
 }
 
+bool canDecodeImages(QByteArray file)
+{
+    QBuffer buffer(&file);
+    buffer.open(QIODevice::ReadOnly);
+    const QByteArray format = QImageReader::imageFormat(&buffer);
+    return std::ranges::any_of(formats, [&](const char *known) { return format == known; });
+}
+
 std::vector<ImageRef> decodeImages(const QByteArray &file, bool all,
                                    const std::shared_ptr<ImageBudget> &budget)
 {
     std::vector<ImageRef> images;
+    if (!canDecodeImages(file)) {
+        return images;
+    }
     QBuffer buffer;
     buffer.setData(file);
     buffer.open(QIODevice::ReadOnly);

@@ -107,6 +107,9 @@ private:
 /// The pixels of the plane that a rectangle touches, as far as images may reach.
 QRect coveringPixels(const QRectF &rectangle);
 
+/// Whether it is an image file of a format that can be read, damaged or not.
+bool canDecodeImages(QByteArray file);
+
 /// Reads the first picture of an image file, or all of them, as far as the limits and the budget
 /// allow. Formats that cannot be read, and damaged files, give no image.
 std::vector<ImageRef> decodeImages(const QByteArray &file, bool all,

@@ -106,7 +106,7 @@ unsigned KernelPrograms::programOf(const std::shared_ptr<const Kernel> &kernel)
         vertexShader, fragmentShader(kernel->samplerCount(), kernel->functions(), kernel->call()),
         &error);
     if (program == 0) {
-        TARNWELL_ZOK_LOG(u"[SE] An image kernel cannot be used: %1\n"_s.arg(error.trimmed()));
+        TARNWELL_ZOK_LOG(u"[SE] An image kernel cannot be used: %1"_s.arg(error.trimmed()));
         program = m_copying;
     }
     m_programs.emplace(kernel, program);

@@ -153,10 +153,10 @@ bool OffscreenDestination::resize(QSize pixels)
     return allocate();
 }
 
-void OffscreenDestination::draw(const Frame &frame)
+void OffscreenDestination::draw(const Frame &frame, std::stop_token stop)
 {
     m_context->makeCurrent();
-    m_renderer->draw(frame, m_framebuffer, m_pixels);
+    m_renderer->draw(frame, m_framebuffer, m_pixels, std::move(stop));
     glFinish();
 }
 

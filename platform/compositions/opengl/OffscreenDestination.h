@@ -4,6 +4,7 @@
 #include <QString>
 
 #include <memory>
+#include <stop_token>
 
 namespace tarnwell::compositions {
 
@@ -25,8 +26,8 @@ public:
     bool resize(QSize pixels);
     QSize pixels() const { return m_pixels; }
 
-    /// Draws a frame and waits for it.
-    void draw(const Frame &frame);
+    /// Draws a frame and waits for it, or draws only a part when somebody asks to stop.
+    void draw(const Frame &frame, std::stop_token stop = {});
     /// What was drawn last.
     QImage picture() const;
 

@@ -92,7 +92,7 @@ void Renderer::release()
     m_shining.reset();
 }
 
-void Renderer::draw(const Frame &frame, unsigned framebuffer, QSize pixels)
+void Renderer::draw(const Frame &frame, unsigned framebuffer, QSize pixels, std::stop_token stop)
 {
     m_textures.collect();
     m_kernels.collect();
@@ -111,7 +111,7 @@ void Renderer::draw(const Frame &frame, unsigned framebuffer, QSize pixels)
             destination = texture->framebuffer;
         }
         glBindFramebuffer(GL_FRAMEBUFFER, destination);
-        drawTarget(target, target.image ? target.pixels : pixels);
+        drawTarget(target, target.image ? target.pixels : pixels, stop);
     }
     glBindFramebuffer(GL_FRAMEBUFFER, framebuffer);
     // Whatever the patches did to the opacity, nothing shines through.
@@ -129,11 +129,20 @@ void Renderer::draw(const Frame &frame, unsigned framebuffer, QSize pixels)
     m_shining.reset();
 }
 
-void Renderer::drawTarget(const RenderTarget &target, QSize pixels)
+void Renderer::drawTarget(const RenderTarget &target, QSize pixels, const std::stop_token &stop)
 {
     glViewport(0, 0, pixels.width(), pixels.height());
     apply(ClearCommand{});
+    // Commands are only noted down at first. Whoever wants to stop early must not let them pile up.
+    constexpr int mostPending = 256;
+    int pending = 0;
     for (const Command &command : target.commands) {
+        if (stop.stop_requested()) {
+            return;
+        }
+        if (stop.stop_possible() && ++pending % mostPending == 0) {
+            glFinish();
+        }
         if (const auto *clear = std::get_if<ClearCommand>(&command)) {
             apply(*clear);
         } else if (const auto *kernel = std::get_if<KernelCommand>(&command)) {

@@ -6,6 +6,8 @@
 
 #include <QString>
 
+#include <stop_token>
+
 namespace tarnwell::compositions {
 
 /// Draws frames with OpenGL 3.3 core, into whatever framebuffer it is told, so that of a
@@ -21,8 +23,8 @@ public:
     bool isInitialized() const { return m_plain.name != 0; }
 
     /// The result is opaque: what the frame leaves free is black. Changes the state of the context
-    /// and leaves the framebuffer bound.
-    void draw(const Frame &frame, unsigned framebuffer, QSize pixels);
+    /// and leaves the framebuffer bound. When somebody asks for it, the rest is left out.
+    void draw(const Frame &frame, unsigned framebuffer, QSize pixels, std::stop_token stop = {});
 
     /// Deletes all that it has in the context, for example before a widget gets another one.
     void release();
@@ -30,7 +32,7 @@ public:
     const TextureCache &textures() const { return m_textures; }
 
 private:
-    void drawTarget(const RenderTarget &target, QSize pixels);
+    void drawTarget(const RenderTarget &target, QSize pixels, const std::stop_token &stop);
     void apply(const ClearCommand &command);
     void apply(const DrawCommand &command, QSize pixels);
     void apply(const KernelCommand &command, QSize pixels);

@@ -70,6 +70,10 @@ void FormatText::print(Context &context) const
 void FormatText::scan(Context &context) const
 {
     const QString text = context.string(0);
+    constexpr qsizetype charactersPerRun = 64;
+    if (!context.charge(text.size() / charactersPerRun)) {
+        return;
+    }
     qsizetype position = text.startsWith(m_literals.value(0)) ? m_literals.value(0).size() : -1;
     for (qsizetype i = 1; i < m_literals.size(); ++i) {
         qsizetype end = -1;

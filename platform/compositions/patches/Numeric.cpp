@@ -101,7 +101,8 @@ public:
 
     void run(Context &context) override
     {
-        if (!m_expression) {
+        constexpr qsizetype stepsPerRun = 64;
+        if (!m_expression || !context.charge(m_expression->length() / stepsPerRun)) {
             return;
         }
         QVarLengthArray<double, 16> values;

@@ -16,10 +16,20 @@ using Type = PortType;
 
 namespace {
 
+/// Charges for going through a text; false when the frame has no share left.
+bool takeReading(Context &context, qsizetype characters)
+{
+    constexpr qsizetype charactersPerRun = 64;
+    return context.charge(characters / charactersPerRun);
+}
+
 void splitString(Context &context)
 {
     const QString separator = context.string(1);
     const QString text = context.string(0);
+    if (!takeReading(context, text.size() + separator.size())) {
+        return;
+    }
     std::vector<Value> parts;
     for (const QString &part : separator.isEmpty() ? QStringList{text} : text.split(separator)) {
         parts.emplace_back(part);
@@ -35,6 +45,9 @@ void truncateString(Context &context)
     const qsizetype most = context.index(2);
     const qint64 direction = context.index(3);
     const QString token = context.string(4);
+    if (byWords && !takeReading(context, text.size())) {
+        return;
+    }
     const QStringList words = byWords ? text.split(u' ', Qt::SkipEmptyParts) : QStringList();
     const qsizetype length = byWords ? words.size() : text.size();
     if (length <= most) {
@@ -61,8 +74,12 @@ void truncateString(Context &context)
 void compareStrings(Context &context)
 {
     const bool isSensitive = context.boolean(2);
-    context.set(0, QString::compare(context.string(0), context.string(1),
-                                    isSensitive ? Qt::CaseSensitive : Qt::CaseInsensitive) == 0);
+    const QString first = context.string(0);
+    const QString second = context.string(1);
+    if (takeReading(context, std::min(first.size(), second.size()))) {
+        context.set(
+            0, first.compare(second, isSensitive ? Qt::CaseSensitive : Qt::CaseInsensitive) == 0);
+    }
 }
 
 void stringLength(Context &context)
@@ -102,6 +119,9 @@ void numberText(Context &context)
     const NodeDescription &description = context.description();
     const double number = context.number(0);
     const QString pattern = description.setting("format"_L1).toString();
+    if (!takeReading(context, pattern.size())) {
+        return;
+    }
     if (!pattern.isEmpty()) {
         context.set(0, formatNumber(number, pattern, context.locale()));
         return;
@@ -120,6 +140,9 @@ void dateText(Context &context)
     const QDateTime dateTime =
         dateTimeFromAbsolute(context.number(0), own.isValid() ? own : context.timeZone());
     const QString pattern = description.setting("format"_L1).toString();
+    if (!takeReading(context, pattern.size())) {
+        return;
+    }
     const auto style = [&description](QLatin1StringView name) {
         return countSetting(description, name, 1);
     };

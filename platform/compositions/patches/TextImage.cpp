@@ -89,6 +89,9 @@ const TextImage::Picture &TextImage::pictureOf(const TextRequest &request, Conte
         return *found;
     }
     Picture picture{.request = request, .image = {}};
+    // To lay out and paint a character takes as long as running a simple patch, to find a font too.
+    constexpr qint64 fontRuns = 50;
+    context.charge(fontRuns + std::min(request.text.size(), mostPaintedCharacters));
     const QImage bitmap = paintText(request, &picture.lines);
     picture.bytes = bitmap.sizeInBytes();
     forget(picture.bytes);

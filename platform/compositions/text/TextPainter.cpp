@@ -18,7 +18,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qsizetype mostCharacters = 20'000;
 constexpr int mostLines = 2'000;
 constexpr double largestGlyph = 2'048.0;
 
@@ -84,7 +83,7 @@ Paragraphs layOut(const TextRequest &request, const QFont &font, double lineWidt
     if (request.width > 0.0 && request.horizontal == TextAlignment::Justified) {
         option.setAlignment(Qt::AlignJustify);
     }
-    QString text = request.text.left(mostCharacters);
+    QString text = request.text.left(mostPaintedCharacters);
     text.replace("\r\n"_L1, "\n"_L1).replace(u'\r', u'\n');
     for (const QString &paragraph : text.split(u'\n')) {
         auto layout = std::make_unique<QTextLayout>(paragraph, font);

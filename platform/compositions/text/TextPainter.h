@@ -5,6 +5,9 @@
 
 namespace tarnwell::compositions {
 
+/// What lies beyond is not painted.
+inline constexpr qsizetype mostPaintedCharacters = 20'000;
+
 enum class TextAlignment : quint8 { Normal, Centered, Opposite, Justified };
 
 /// A text to be drawn into an image; all lengths in pixels.
