@@ -31,12 +31,14 @@ public:
     /// Ends, and lets go of all that the composition needed.
     virtual void stop() = 0;
 
-    /// Asks for a frame of what was started; frameReady() answers. One at a time.
+    /// Asks for a frame of what was started; frameReady() or failed() answers. One at a time.
     virtual void requestFrame(const compositions::FrameRequest &request) = 0;
 
 Q_SIGNALS:
-    /// A frame is there, a null one if it could not be made, and took so many seconds.
+    /// A frame is there, and took so many seconds.
     void frameReady(const QImage &picture, double seconds);
+    /// No more frames can be made of what was started; the reason is for the user.
+    void failed(const QString &reason);
 };
 
 } // namespace tarnwell::effects

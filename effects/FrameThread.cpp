@@ -1,157 +1,185 @@
 #include "effects/FrameThread.h"
 
-#include "compositions/opengl/OffscreenDestination.h"
+#include "effects/FrameWorker.h"
 #include "foundation/Logging.h"
 
-#include <QElapsedTimer>
-#include <QLocale>
-#include <QTimeZone>
+#include <QDeadlineTimer>
+#include <QThread>
 
-#include <new>
+#include <dlfcn.h>
 
 using namespace Qt::StringLiterals;
 
 namespace tarnwell::effects {
 
-using compositions::Evaluator;
-using compositions::OffscreenDestination;
+namespace {
 
-/// What lives on the thread, and is used there alone.
-class FrameThread::Worker : public QObject
+constexpr std::chrono::seconds usualPatience{2};
+/// Each of them may take a processor for good.
+constexpr int mostAbandoned = 3;
+
+/// The code that a thread runs must not be unloaded with the pane.
+void keepCodeLoaded()
 {
-public:
-    void begin(const Performance &performance)
-    {
-        m_evaluator = std::make_unique<Evaluator>(
-            performance.composition,
-            compositions::EvaluatorOptions{
-                .seed = 0, .locale = QLocale::system(), .timeZone = QTimeZone::systemTimeZone()});
-        for (const auto &[key, value] : performance.inputs)
-            m_evaluator->setInput(key, value);
-    }
+    Dl_info place = {};
+    if (::dladdr(reinterpret_cast<const void *>(&keepCodeLoaded), &place) != 0)
+        ::dlopen(place.dli_fname, RTLD_LAZY | RTLD_NOLOAD | RTLD_NODELETE);
+}
 
-    void end() { m_evaluator.reset(); }
+/// Lets the thread end as soon as it has nothing else to do.
+void sendHome(FrameWorker *worker)
+{
+    // What was made on the thread has to go there, too.
+    QMetaObject::invokeMethod(
+        worker,
+        [worker] {
+            worker->finish();
+            QThread::currentThread()->quit();
+        },
+        Qt::QueuedConnection);
+}
 
-    void finish()
-    {
-        m_evaluator.reset();
-        m_destination.reset();
-    }
-
-    QImage makeFrame(const compositions::FrameRequest &request)
-    {
-        try {
-            return drawnFrame(request);
-        } catch (const std::bad_alloc &) {
-            // Nobody above would catch it on this thread, and the pane can do without a preview.
-            TARNWELL_SYSTEM_LOG(u"There is not enough memory to preview this effect."_s);
-            m_evaluator.reset();
-            return {};
-        }
-    }
-
-private:
-    QImage drawnFrame(const compositions::FrameRequest &request)
-    {
-        if (!m_evaluator || !prepareDestination(request.pixels))
-            return {};
-        m_destination->draw(m_evaluator->evaluate(request));
-        QImage picture = m_destination->picture();
-        // Nothing shines through, so nothing needs to be blended where it is painted.
-        picture.reinterpretAsFormat(QImage::Format_RGBX8888);
-        return picture;
-    }
-
-    bool prepareDestination(QSize pixels)
-    {
-        if (m_destination)
-            return m_destination->pixels() == pixels || m_destination->resize(pixels);
-        if (m_isHopeless)
-            return false;
-        QString error;
-        m_destination = OffscreenDestination::create(pixels, &error);
-        if (!m_destination) {
-            m_isHopeless = true;
-            TARNWELL_SYSTEM_LOG(u"Effects cannot be previewed: %1"_s.arg(error));
-        }
-        return m_destination != nullptr;
-    }
-
-    std::unique_ptr<Evaluator> m_evaluator;
-    std::unique_ptr<OffscreenDestination> m_destination;
-    bool m_isHopeless = false;
-};
+} // namespace
 
 FrameThread::FrameThread(QObject *parent)
-    : FrameSource(parent)
+    : FrameThread([] { return std::make_unique<FrameWorker>(); }, usualPatience)
 {
-    m_thread.setObjectName("Effect preview"_L1);
+    setParent(parent);
+}
+
+FrameThread::FrameThread(MakeWorker makeWorker, std::chrono::milliseconds patience)
+    : m_makeWorker(std::move(makeWorker))
+    , m_patience(patience)
+{
+    m_waiting.setSingleShot(true);
+    m_waiting.setInterval(patience);
+    connect(&m_waiting, &QTimer::timeout, this, &FrameThread::replaceThread);
 }
 
 FrameThread::~FrameThread()
 {
-    if (!m_worker)
+    if (!m_thread)
         return;
-    ++m_current;
-    // What was made on the thread has to go there, too.
-    QMetaObject::invokeMethod(
-        m_worker.get(),
-        [this] {
-            m_worker->finish();
-            m_thread.quit();
-        },
-        Qt::QueuedConnection);
-    m_thread.wait();
+    m_stop.request_stop();
+    sendHome(m_worker);
+    if (!m_thread->wait(QDeadlineTimer(m_patience))) {
+        abandonThread();
+        return;
+    }
+    delete m_worker;
+    delete m_thread;
 }
 
 void FrameThread::start(const Performance &performance)
 {
-    if (!m_worker) {
-        m_worker = std::make_unique<Worker>();
-        m_worker->moveToThread(&m_thread);
-        m_thread.start(QThread::LowPriority);
-    }
-    ++m_current;
-    post([performance](Worker &worker) { worker.begin(performance); });
+    m_stop.request_stop();
+    m_stop = {};
+    m_performance = performance;
+    m_request.reset();
+    m_started = ++m_number;
+    if (!m_thread)
+        makeThread();
+    else if (!m_waiting.isActive())
+        m_waiting.start();
+    postStart();
 }
 
 void FrameThread::stop()
 {
-    ++m_current;
+    m_stop.request_stop();
+    m_performance = {};
+    m_request.reset();
+    ++m_number;
     if (m_worker)
-        post([](Worker &worker) { worker.end(); });
+        QMetaObject::invokeMethod(m_worker, &FrameWorker::end, Qt::QueuedConnection);
 }
 
 void FrameThread::requestFrame(const compositions::FrameRequest &request)
 {
     if (!m_worker)
         return;
-    const quint64 number = m_current;
-    post([this, request, number](Worker &worker) {
-        QElapsedTimer timer;
-        timer.start();
-        const QImage picture = worker.makeFrame(request);
-        const double seconds = static_cast<double>(timer.nsecsElapsed()) / 1e9;
-        QMetaObject::invokeMethod(
-            this,
-            [this, picture, seconds, number] {
-                if (number == m_current)
-                    Q_EMIT frameReady(picture, seconds);
-            },
-            Qt::QueuedConnection);
-    });
+    m_request = request;
+    ++m_number;
+    postRequest();
 }
 
-void FrameThread::post(std::function<void(Worker &)> work)
+void FrameThread::makeThread()
+{
+    m_worker = m_makeWorker().release();
+    m_thread = new QThread;
+    m_thread->setObjectName("Effect preview"_L1);
+    m_worker->moveToThread(m_thread);
+    connect(m_worker, &FrameWorker::reached, this, [this](quint64 number) {
+        if (number == m_started)
+            m_waiting.stop();
+    });
+    connect(m_worker, &FrameWorker::made, this, &FrameThread::take);
+    m_thread->start(QThread::LowPriority);
+}
+
+void FrameThread::abandonThread()
+{
+    TARNWELL_SYSTEM_LOG(u"An effect does not come to an end, so its preview is left alone."_s);
+    ++m_abandoned;
+    keepCodeLoaded();
+    disconnect(m_worker, nullptr, nullptr, nullptr);
+    connect(m_thread, &QThread::finished, m_worker, &QObject::deleteLater);
+    connect(m_thread, &QThread::finished, m_thread, &QObject::deleteLater);
+    m_worker = nullptr;
+    m_thread = nullptr;
+}
+
+void FrameThread::replaceThread()
+{
+    if (m_abandoned >= mostAbandoned)
+        return;
+    m_stop.request_stop(); // else it would still do what the next thread does
+    m_stop = {};
+    sendHome(m_worker);
+    abandonThread();
+    makeThread();
+    if (!m_performance.composition)
+        return;
+    postStart();
+    if (m_request)
+        postRequest();
+}
+
+void FrameThread::postStart()
 {
     QMetaObject::invokeMethod(
-        m_worker.get(),
-        [this, work = std::move(work), number = m_current.load()] {
-            // Whoever goes through a long list quickly waits for none of the frames in between.
-            if (number == m_current)
-                work(*m_worker);
+        m_worker,
+        [worker = m_worker, performance = m_performance, number = m_started,
+         stop = m_stop.get_token()] {
+            Q_EMIT worker->reached(number);
+            // Whoever goes through a long list quickly waits for none of those in between.
+            if (!stop.stop_requested())
+                worker->begin(performance, stop);
         },
         Qt::QueuedConnection);
+}
+
+void FrameThread::postRequest()
+{
+    QMetaObject::invokeMethod(
+        m_worker,
+        [worker = m_worker, request = *m_request, number = m_number, stop = m_stop.get_token()] {
+            if (!stop.stop_requested())
+                worker->makeFrame(request, number);
+        },
+        Qt::QueuedConnection);
+}
+
+void FrameThread::take(const QImage &picture, const QString &failure, double seconds,
+                       quint64 number)
+{
+    if (number != m_number)
+        return;
+    m_request.reset();
+    if (failure.isEmpty())
+        Q_EMIT frameReady(picture, seconds);
+    else
+        Q_EMIT failed(failure);
 }
 
 } // namespace tarnwell::effects

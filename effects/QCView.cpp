@@ -11,8 +11,11 @@ namespace tarnwell::effects {
 
 namespace {
 
-/// Compositions with many pictures take a few megabytes.
-constexpr qint64 largestFile = 64LL * 1024 * 1024;
+/// Compositions with many pictures take a few megabytes. They are read while the user waits.
+constexpr qint64 largestFile = 16LL * 1024 * 1024;
+/// How long what played before is seen while the first frame is made. Most are there sooner, and
+/// then nothing flickers.
+constexpr double longestRest = 0.3;
 
 } // namespace
 
@@ -65,12 +68,15 @@ void QCView::startRendering()
     if (!m_source) {
         m_source = m_makeSource();
         connect(m_source.get(), &FrameSource::frameReady, this, &QCView::takeFrame);
+        connect(m_source.get(), &FrameSource::failed, this, &QCView::giveUp);
     }
     m_source->start(m_performance);
     m_isRendering = true;
     m_pacing = {};
     m_playedTime = 0.0;
     m_lastRequest.reset();
+    if (!m_picture.isNull())
+        m_pictureTimer = m_timers.scheduleOnce(longestRest, [this] { clearPicture(); });
     update();
 }
 
@@ -81,6 +87,7 @@ void QCView::stopRendering()
     m_isRendering = false;
     m_isWaiting = false;
     m_timer.reset();
+    m_pictureTimer.reset();
     m_source->stop();
 }
 
@@ -131,11 +138,22 @@ void QCView::requestFrame()
 void QCView::takeFrame(const QImage &picture, double seconds)
 {
     m_isWaiting = false;
-    // Where no frame can be made now, none can be made later.
-    if (picture.isNull())
-        return;
+    m_pictureTimer.reset();
     m_pacing.frameTook(seconds);
     m_picture = picture;
+    update();
+}
+
+void QCView::giveUp(const QString &reason)
+{
+    stopRendering();
+    clearPicture();
+    Q_EMIT failed(reason);
+}
+
+void QCView::clearPicture()
+{
+    m_picture = {};
     update();
 }
 

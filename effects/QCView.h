@@ -54,6 +54,10 @@ public:
 
     QSize sizeHint() const override;
 
+Q_SIGNALS:
+    /// What was started cannot be shown, and is stopped; the reason is for the user.
+    void failed(const QString &reason);
+
 protected:
     void paintEvent(QPaintEvent *event) override;
     void hideEvent(QHideEvent *event) override;
@@ -62,6 +66,8 @@ private:
     void scheduleFrame();
     void requestFrame();
     void takeFrame(const QImage &picture, double seconds);
+    void giveUp(const QString &reason);
+    void clearPicture();
 
     const ports::Clock &m_clock;
     ports::Timers &m_timers;
@@ -76,6 +82,7 @@ private:
     double m_playedTime = 0.0;
     std::optional<double> m_lastRequest; ///< as the clock has it; nothing before the first one
     QImage m_picture;
+    std::unique_ptr<ports::Timer> m_pictureTimer; ///< until the picture of what played before goes
 };
 
 } // namespace tarnwell::effects

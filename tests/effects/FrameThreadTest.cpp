@@ -7,11 +7,13 @@
 #include "desktop/ScreenWindowServer.h"
 #include "desktop/TestBus.h"
 #include "effects/FrameThread.h"
+#include "effects/FrameWorker.h"
 #include "effects/SampleMenu.h"
 
 #include <QDir>
 #include <QFile>
 #include <QGuiApplication>
+#include <QSemaphore>
 
 #include <gtest/gtest.h>
 
@@ -121,6 +123,99 @@ TEST_F(Frames, GoOnAfterAThousandCompositions)
     const double before = residentMegabytes();
     play(isSanitized ? 50 : 1000);
     EXPECT_LT(residentMegabytes() - before, isSanitized ? 1000.0 : 4.0);
+}
+
+namespace {
+
+/// Stays where it is until it is let go, as something that cannot be ended does.
+class StuckWorker final : public effects::FrameWorker
+{
+public:
+    struct Control
+    {
+        QSemaphore stuck;
+        QSemaphore letGo;
+        std::atomic<bool> isGone = false;
+    };
+
+    explicit StuckWorker(Control &control)
+        : m_control(control)
+    {}
+    ~StuckWorker() override { m_control.isGone = true; }
+    void makeFrame(const compositions::FrameRequest &, quint64) override
+    {
+        m_control.stuck.release();
+        m_control.letGo.acquire();
+    }
+
+private:
+    Control &m_control;
+};
+
+/// Makes a frame without drawing any.
+class QuickWorker final : public effects::FrameWorker
+{
+public:
+    void makeFrame(const compositions::FrameRequest &request, quint64 number) override
+    {
+        Q_EMIT made(QImage(request.pixels, QImage::Format_RGB32), {}, 0.0, number);
+    }
+};
+
+} // namespace
+
+TEST(FrameThread, LeavesAloneWhatCannotBeEnded)
+{
+    StuckWorker::Control control;
+    int made = 0;
+    auto thread = std::make_unique<effects::FrameThread>(
+        [&]() -> std::unique_ptr<effects::FrameWorker> {
+            if (++made == 1)
+                return std::make_unique<StuckWorker>(control);
+            return std::make_unique<QuickWorker>();
+        },
+        std::chrono::milliseconds(0));
+    QList<QImage> pictures;
+    QObject::connect(thread.get(), &effects::FrameSource::frameReady, thread.get(),
+                     [&](const QImage &picture, double) { pictures.append(picture); });
+    const effects::Performance performance{compositions::readComposition(compositionFile()), {}};
+    const compositions::FrameRequest request{.time = 0.0, .systemTime = 0.0, .pixels = {4, 3}};
+    thread->start(performance);
+    thread->requestFrame(request);
+    control.stuck.acquire();
+
+    thread->start(performance);
+    thread->requestFrame(request);
+    EXPECT_TRUE(waitUntil([&] { return !pictures.isEmpty(); })) << "another thread goes on";
+    EXPECT_FALSE(control.isGone);
+    control.letGo.release();
+    EXPECT_TRUE(waitUntil([&] { return control.isGone.load(); })) << "it tidies up when it can";
+
+    // The window closes in the middle of a frame.
+    control.isGone = false;
+    made = 0;
+    thread = std::make_unique<effects::FrameThread>(
+        [&] { return std::make_unique<StuckWorker>(control); }, std::chrono::milliseconds(0));
+    thread->start(performance);
+    thread->requestFrame(request);
+    control.stuck.acquire();
+    thread.reset();
+    EXPECT_FALSE(control.isGone);
+    control.letGo.release();
+    EXPECT_TRUE(waitUntil([&] { return control.isGone.load(); }));
+}
+
+TEST_F(Frames, EndWhereTheyTakeTooMuchMemory)
+{
+    effects::FrameThread strict([] { return std::make_unique<effects::FrameWorker>(-(1LL << 40)); },
+                                std::chrono::seconds(2));
+    QStringList reasons;
+    QObject::connect(&strict, &effects::FrameSource::failed, &strict,
+                     [&](const QString &reason) { reasons.append(reason); });
+    strict.start({compositions::readComposition(compositionFile()), {}});
+    strict.requestFrame({.time = 0.0, .systemTime = 0.0, .pixels = {40, 30}});
+    EXPECT_TRUE(waitUntil([&] { return !reasons.isEmpty(); }));
+    EXPECT_TRUE(reasons.value(0).contains(u"memory"_s));
 }
 
 TEST(WindowServer, PlaysNothingWhereNobodyLooks)

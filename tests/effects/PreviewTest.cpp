@@ -94,6 +94,7 @@ protected:
         clock.control().advance(seconds);
         timers.control().advance(seconds);
     }
+    QColor shown() { return view.grab().toImage().pixelColor(40, 25); }
     qsizetype requests() const { return source.requests.size(); }
 
     QTemporaryDir folder;
@@ -126,7 +127,7 @@ TEST_F(Preview, AsksForOneFrameAfterTheOther)
 
     source.answer(Qt::red, 0.002);
     paint();
-    EXPECT_EQ(view.grab().toImage().pixelColor(40, 25), QColor(Qt::red));
+    EXPECT_EQ(shown(), QColor(Qt::red));
     pass(0.0);
     ASSERT_EQ(requests(), 2);
     source.answer(Qt::blue, 0.002);
@@ -249,15 +250,45 @@ TEST_F(Preview, HandsOverTheInputs)
 
 TEST_F(Preview, GivesUpWhereNoFrameCanBeMade)
 {
+    QStringList reasons;
+    QObject::connect(&view, &effects::QCView::failed,
+                     [&](const QString &reason) { reasons.append(reason); });
     show();
+    const QColor background = shown();
     play();
     paint();
     pass(0.1);
-    ASSERT_EQ(requests(), 1);
-    Q_EMIT source.source->frameReady({}, 0.0);
+    source.answer(Qt::red, 0.001);
+    paint();
+    pass(0.1);
+    ASSERT_EQ(requests(), 2);
+    Q_EMIT source.source->failed(u"No."_s);
+    EXPECT_EQ(reasons, QStringList{u"No."_s});
+    EXPECT_EQ(shown(), background);
+    EXPECT_FALSE(view.isRendering());
     paint();
     pass(60.0);
-    EXPECT_EQ(requests(), 1);
+    EXPECT_EQ(requests(), 2);
+}
+
+TEST_F(Preview, DoesNotShowWhatPlayedBeforeForLong)
+{
+    show();
+    const QColor background = shown();
+    for (const bool isSlow : {true, false}) {
+        play();
+        paint();
+        pass(0.1);
+        source.answer(Qt::red, 0.001);
+        EXPECT_EQ(shown(), QColor(Qt::red));
+        play();
+        EXPECT_EQ(shown(), QColor(Qt::red)) << "nothing flickers";
+        pass(0.1);
+        if (!isSlow)
+            source.answer(Qt::blue, 0.1);
+        pass(1.0);
+        EXPECT_EQ(shown(), isSlow ? background : QColor(Qt::blue));
+    }
 }
 
 } // namespace tarnwell::tests
