@@ -117,6 +117,8 @@ QVariant OutlineModel::data(const QModelIndex &index, int role) const
     const QString &column = m_columns.at(index.column());
     if (Outline::shouldEditTableColumn(column))
         return switchData(item, role);
+    if (role == Qt::AccessibleTextRole)
+        return spokenRow(m_outline.objectValueForTableColumn(column, item, m_fileManager), item);
     if (role == Qt::ToolTipRole) {
         const QUrl *const composition = std::get_if<QUrl>(&item);
         return composition ? foundation::plainToolTip(composition->toLocalFile()) : QVariant();
@@ -126,10 +128,28 @@ QVariant OutlineModel::data(const QModelIndex &index, int role) const
                : QVariant();
 }
 
+QVariant OutlineModel::spokenRow(const QVariant &title, const OutlineItem &item) const
+{
+    const QString name = title.toString();
+    switch (stateOf(item)) {
+    case Qt::Checked:
+        return tr("%1, on").arg(name);
+    case Qt::PartiallyChecked:
+        return tr("%1, some are on").arg(name);
+    case Qt::Unchecked:
+        break;
+    }
+    return tr("%1, off").arg(name);
+}
+
+Qt::CheckState OutlineModel::stateOf(const OutlineItem &item) const
+{
+    return checkState(m_outline.objectValueForTableColumn(enableColumn, item, m_fileManager));
+}
+
 QVariant OutlineModel::switchData(const OutlineItem &item, int role) const
 {
-    const Qt::CheckState state =
-        checkState(m_outline.objectValueForTableColumn(enableColumn, item, m_fileManager));
+    const Qt::CheckState state = stateOf(item);
     if (role == Qt::CheckStateRole)
         return state;
     if (role != Qt::AccessibleTextRole)

@@ -45,6 +45,9 @@ public:
 
 private:
     QVariant switchData(const OutlineItem &item, int role) const;
+    /// What a screen reader says of a row, whose other cell it doesn't get to.
+    QVariant spokenRow(const QVariant &title, const OutlineItem &item) const;
+    Qt::CheckState stateOf(const OutlineItem &item) const;
 
     QStringList m_columns;
     QStringList m_headings;

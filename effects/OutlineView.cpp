@@ -1,7 +1,10 @@
 #include "effects/OutlineView.h"
 
+#include <QAccessible>
 #include <QKeyEvent>
 #include <QStyledItemDelegate>
+
+#include <utility>
 
 namespace tarnwell::effects {
 
@@ -41,6 +44,26 @@ void OutlineView::keyPressEvent(QKeyEvent *event)
         }
     }
     QTreeView::keyPressEvent(event);
+}
+
+void OutlineView::currentChanged(const QModelIndex &current, const QModelIndex &previous)
+{
+    m_spoken = current.data(Qt::AccessibleTextRole).toString();
+    QTreeView::currentChanged(current, previous);
+}
+
+void OutlineView::dataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight,
+                              const QList<int> &roles)
+{
+    QTreeView::dataChanged(topLeft, bottomRight, roles);
+    const QString spoken = currentIndex().data(Qt::AccessibleTextRole).toString();
+    if (std::exchange(m_spoken, spoken) == spoken || !QAccessible::isActive())
+        return;
+    const QAccessibleInterface *view = QAccessible::queryAccessibleInterface(this);
+    if (QAccessibleInterface *const cell = view ? view->focusChild() : nullptr) {
+        QAccessibleEvent event(cell, QAccessible::NameChanged);
+        QAccessible::updateAccessibility(&event);
+    }
 }
 
 } // namespace tarnwell::effects

@@ -29,6 +29,13 @@ using namespace Qt::StringLiterals;
 
 namespace tarnwell::pane {
 
+namespace {
+
+/// The property of the place for instructions that keeps the one of its interface.
+constexpr const char *usualInstruction = "usualInstruction";
+
+} // namespace
+
 void TarnwellPref::registerEffectsClasses(ui::InterfaceFileLoader &loader)
 {
     loader.registerClass(u"QCView"_s, [this](QWidget *parent) {
@@ -71,6 +78,12 @@ void TarnwellPref::setUpEffects()
 {
     connect(urlField(), &QLabel::linkActivated, this,
             [this](const QString &address) { m_desktop.workspace.openUrl(QUrl(address)); });
+    urlField()->setFocusPolicy(Qt::NoFocus);
+    preInstructionView()->setProperty(usualInstruction, preInstructionView()->text());
+    connect(previewView(), &effects::QCView::failed, this, [this](const QString &reason) {
+        preInstructionView()->setText(reason);
+        preInstructionView()->show();
+    });
     showEffectSwitches();
 }
 
@@ -127,6 +140,10 @@ void TarnwellPref::reloadOutline()
 {
     if (qtzDict().isEmpty())
         getQTZDict();
+    if (!previewView()->composition())
+        preInstructionView()->setText(
+            tawlBundle() ? preInstructionView()->property(usualInstruction).toString()
+                         : tr("Effects come with the Tarnwell plug-in, which is not installed."));
     QTreeView *outline = seView();
     std::vector<effects::OutlineItem> collapsed;
     for (int row = 0; row < m_seModel->rowCount(); ++row) {
@@ -260,6 +277,7 @@ void TarnwellPref::showInformation(const effects::EffectInformation &information
     qcName()->setText(information.name);
     authorName()->setText(information.author);
     const bool isLink = !information.link.isEmpty();
+    urlField()->setFocusPolicy(isLink ? Qt::StrongFocus : Qt::NoFocus);
     urlField()->setTextFormat(isLink ? Qt::RichText : Qt::PlainText);
     urlField()->setText(isLink
                             ? u"<a href=\"%1\">%2</a>"_s.arg(

@@ -43,10 +43,17 @@ enum class Kind { File, Folder, Neither };
 
 Kind kindOf(DIR *folder, const dirent &entry)
 {
+    struct stat status = {};
+    // A link that leads nowhere is nothing that anybody could open, and has no name to be shown.
+    const auto kindOfLink = [&] {
+        return ::fstatat(::dirfd(folder), entry.d_name, &status, 0) == 0 ? Kind::File
+                                                                         : Kind::Neither;
+    };
     switch (entry.d_type) {
     case DT_REG:
-    case DT_LNK:
         return Kind::File;
+    case DT_LNK:
+        return kindOfLink();
     case DT_DIR:
         return Kind::Folder;
     case DT_UNKNOWN:
@@ -54,12 +61,13 @@ Kind kindOf(DIR *folder, const dirent &entry)
     default:
         return Kind::Neither;
     }
-    struct stat status = {};
     if (::fstatat(::dirfd(folder), entry.d_name, &status, AT_SYMLINK_NOFOLLOW) != 0)
         return Kind::Neither;
     if (S_ISDIR(status.st_mode))
         return Kind::Folder;
-    return S_ISREG(status.st_mode) || S_ISLNK(status.st_mode) ? Kind::File : Kind::Neither;
+    if (S_ISLNK(status.st_mode))
+        return kindOfLink();
+    return S_ISREG(status.st_mode) ? Kind::File : Kind::Neither;
 }
 
 } // namespace

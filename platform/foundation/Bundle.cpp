@@ -257,8 +257,7 @@ QStringList Bundle::resourcePaths(const QString &type) const
     const QDir folder(d->resources());
     QStringList paths;
     const QString ending = u'.' + type;
-    for (const QString &name :
-         folder.entryList(QDir::AllEntries | QDir::NoDotAndDotDot, QDir::Name)) {
+    for (const QString &name : folder.entryList(QDir::Files, QDir::Name)) {
         if (name.endsWith(ending, Qt::CaseInsensitive) && name.size() > ending.size())
             paths.append(folder.filePath(name));
     }

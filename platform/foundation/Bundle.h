@@ -49,7 +49,7 @@ public:
     /// The path of a resource, the user's languages first; empty when there is none.
     QString resourcePath(const QString &name, const QString &type) const;
 
-    /// Every resource of a type, sorted by file name.
+    /// The files of a type among the resources, sorted by name.
     QStringList resourcePaths(const QString &type) const;
 
     bool isDesktopEntry() const;

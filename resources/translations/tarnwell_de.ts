@@ -755,6 +755,29 @@
         <source>Some are on</source>
         <translation>Einige ein</translation>
     </message>
+    <message>
+        <source>%1, on</source>
+        <translation>%1, ein</translation>
+    </message>
+    <message>
+        <source>%1, off</source>
+        <translation>%1, aus</translation>
+    </message>
+    <message>
+        <source>%1, some are on</source>
+        <translation>%1, einige ein</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwell::effects::FrameWorker</name>
+    <message>
+        <source>This effect takes too much memory to be previewed.</source>
+        <translation>Dieser Effekt braucht zu viel Speicher für eine Vorschau.</translation>
+    </message>
+    <message>
+        <source>Effects cannot be previewed on this computer: they need OpenGL 3.3.</source>
+        <translation>Auf diesem Computer gibt es keine Vorschau: Effekte brauchen OpenGL 3.3.</translation>
+    </message>
 </context>
 <context>
     <name>LocalFileStore</name>
@@ -1075,6 +1098,10 @@
 </context>
 <context>
     <name>TarnwellPref</name>
+    <message>
+        <source>Effects come with the Tarnwell plug-in, which is not installed.</source>
+        <translation>Effekte gehören zum Plug-in von Tarnwell, das hier nicht installiert ist.</translation>
+    </message>
     <message>
         <source>10.4+ Only</source>
         <translation>Nur ab 10.4</translation>

@@ -157,6 +157,7 @@ TEST_F(Discovery, PassesOverWhatIsNoFileOrInvisible)
     add({u"/Top/seen.qtz"_s, u"/Top/flagged.qtz"_s, u"/Elsewhere/linked.qtz"_s});
     ASSERT_EQ(::mkfifo(QFile::encodeName(top + u"/pipe.qtz"_s).constData(), 0600), 0);
     ASSERT_TRUE(QFile::link(home.path(u"/Elsewhere/linked.qtz"_s), top + u"/link.qtz"_s));
+    ASSERT_TRUE(QFile::link(home.path(u"/nowhere.qtz"_s), top + u"/dangling.qtz"_s));
     ASSERT_TRUE(QFile::link(home.path(u"/Elsewhere"_s), top + u"/folder link"_s));
     // Bytes that are no text.
     const QByteArray unsayable = QFile::encodeName(top) + "/\xff\xfe.qtz";
@@ -299,6 +300,7 @@ TEST_F(Discovery, LeavesOutWhatIsSwitchedOff)
     const QString bundled = bundleFolder + u"/Contents/Resources/bundled.qtz"_s;
     add({mine, all});
     makeBundle({u"bundled.qtz"_s});
+    ASSERT_TRUE(QDir().mkpath(QFileInfo(bundled).path() + u"/folder.qtz"_s));
     EXPECT_EQ(enabled(), (QStringList{mine, all, bundled}));
 
     struct Row

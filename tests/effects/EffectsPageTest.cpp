@@ -6,6 +6,7 @@
 #include "support/TemporaryHome.h"
 
 #include <QAbstractItemModel>
+#include <QAccessible>
 #include <QCheckBox>
 #include <QLabel>
 #include <QTabWidget>
@@ -182,10 +183,16 @@ TEST_F(EffectsPage, SwitchesCompositionsAndGroups)
 
     outline()->setFocus();
     select(u"a.qtz"_s);
+    const auto spoken = [&] {
+        return QAccessible::queryAccessibleInterface(outline())->focusChild()->text(
+            QAccessible::Name);
+    };
     QTest::keyClick(outline(), Qt::Key_Space);
     EXPECT_TRUE(choice(a));
+    EXPECT_EQ(spoken(), u"a.qtz, on"_s);
     QTest::keyClick(outline(), Qt::Key_Space);
     EXPECT_FALSE(choice(a));
+    EXPECT_EQ(spoken(), u"a.qtz, off"_s);
 
     preferences.control().clearRecord();
     pane->setObjectValue(true, u"com.varnit.tawl.title"_s, QUrl::fromLocalFile(a));
@@ -221,6 +228,7 @@ TEST_F(EffectsPage, PreviewsTheSelectedComposition)
     select(u"snow.qtz"_s);
     EXPECT_EQ(pane->urlField()->text(), u"Falls\nslowly"_s);
     EXPECT_EQ(pane->urlField()->textFormat(), Qt::PlainText);
+    EXPECT_EQ(pane->urlField()->focusPolicy(), Qt::NoFocus) << "nothing to be done there";
     select(u"Application Support"_s);
     EXPECT_TRUE(pane->previewView()->isRendering()) << "a group leaves the preview alone";
 }
@@ -232,10 +240,24 @@ TEST_F(EffectsPage, OpensTheLink)
     showEffects();
     select(u"rain.qtz"_s);
     EXPECT_EQ(pane->urlField()->textFormat(), Qt::RichText);
+    EXPECT_EQ(pane->urlField()->focusPolicy(), Qt::StrongFocus);
     EXPECT_TRUE(pane->urlField()->text().contains(u">example.com</a>"_s));
     EXPECT_TRUE(pane->urlField()->toolTip().contains(address.toHtmlEscaped()));
     QTest::mouseClick(pane->urlField(), Qt::LeftButton, {}, pane->urlField()->rect().center());
     EXPECT_EQ(workspace.control().openedUrls, QList<QUrl>{QUrl(address)});
+}
+
+TEST_F(EffectsPage, SaysWhereThePreviewIsMissing)
+{
+    addOwn(u"a.qtz"_s);
+    showEffects();
+    select(u"a.qtz"_s);
+    Q_EMIT pane->previewView()->failed(u"Too large."_s);
+    EXPECT_TRUE(pane->preInstructionView()->isVisible());
+    EXPECT_EQ(pane->preInstructionView()->text(), u"Too large."_s);
+    select(u"Application Support"_s);
+    select(u"a.qtz"_s);
+    EXPECT_FALSE(pane->preInstructionView()->isVisible());
 }
 
 TEST_F(EffectsPage, KeepsTheLabelsForWhatIsNoComposition)
@@ -293,10 +315,12 @@ TEST_F(EffectsPage, WithoutThePluginTheListStaysEmptyUntilItIsThere)
     showEffects();
     EXPECT_EQ(log.containing(u"Cannot find the Tarnwell.zok bundle"_s).size(), 1);
     EXPECT_EQ(outline()->model()->rowCount(), 0);
+    EXPECT_TRUE(pane->preInstructionView()->text().contains(u"not installed"_s));
     EXPECT_TRUE(stored(statusKey).isNull());
     disk.move(aside, plugin);
     pane->hostDidBecomeActive();
     EXPECT_EQ(state(u"a.qtz"_s), int(Qt::Checked));
+    EXPECT_FALSE(pane->preInstructionView()->text().contains(u"not installed"_s));
     disk.move(plugin, aside);
     pane->hostDidBecomeActive();
     EXPECT_EQ(outline()->model()->rowCount(), 1) << "the bundle is found once";

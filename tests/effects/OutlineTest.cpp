@@ -72,6 +72,12 @@ TEST_F(OutlineRows, ShowGroupsAndCompositionsWithTheirState)
     EXPECT_EQ(shown(), (QStringList{u"Application Support ~"_s, u"  a.qtz x"_s, u"  The second -"_s,
                                     u"  c.qtz -"_s, u"bundled x"_s, u"  x.qtz x"_s, u"  y.qtz x"_s,
                                     u"Screensavers -"_s, u"  s.qtz -"_s}));
+    QStringList spoken;
+    for (const OutlineItem &item : {OutlineItem(u"Application Support"_s), OutlineItem(url(u"a"_s)),
+                                    OutlineItem(url(u"b"_s))})
+        spoken.append(model.indexOf(item).data(Qt::AccessibleTextRole).toString());
+    EXPECT_EQ(spoken, (QStringList{u"Application Support, some are on"_s, u"a.qtz, on"_s,
+                                   u"The second, off"_s}));
 
     for (const OutlineItem &item : {OutlineItem(u"bundled"_s), OutlineItem(url(u"y"_s))})
         EXPECT_EQ(model.itemAt(model.indexOf(item)), item);
