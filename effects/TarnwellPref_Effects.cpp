@@ -142,8 +142,9 @@ void TarnwellPref::reloadOutline()
         getQTZDict();
     if (!previewView()->composition())
         preInstructionView()->setText(
-            tawlBundle() ? preInstructionView()->property(usualInstruction).toString()
-                         : tr("Effects come with the Tarnwell plug-in, which is not installed."));
+            tawlBundle()
+                ? preInstructionView()->property(usualInstruction).toString()
+                : localized("Effects come with the Tarnwell plug-in, which is not installed."));
     QTreeView *outline = seView();
     std::vector<effects::OutlineItem> collapsed;
     for (int row = 0; row < m_seModel->rowCount(); ++row) {
