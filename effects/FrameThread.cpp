@@ -4,6 +4,7 @@
 #include "foundation/Logging.h"
 
 #include <QDeadlineTimer>
+#include <QPointer>
 #include <QThread>
 
 #include <dlfcn.h>
@@ -123,8 +124,15 @@ void FrameThread::abandonThread()
     ++m_abandoned;
     keepCodeLoaded();
     disconnect(m_worker, nullptr, nullptr, nullptr);
+    const QPointer<FrameWorker> worker = m_worker;
     connect(m_thread, &QThread::finished, m_worker, &QObject::deleteLater);
     connect(m_thread, &QThread::finished, m_thread, &QObject::deleteLater);
+    // It may have ended just now, before anybody listened.
+    if (m_thread->isFinished()) {
+        m_thread->wait();
+        delete worker;
+        m_thread->deleteLater();
+    }
     m_worker = nullptr;
     m_thread = nullptr;
 }

@@ -156,10 +156,17 @@ private:
 class QuickWorker final : public effects::FrameWorker
 {
 public:
+    explicit QuickWorker(std::atomic<int> &gone)
+        : m_gone(gone)
+    {}
+    ~QuickWorker() override { ++m_gone; }
     void makeFrame(const compositions::FrameRequest &request, quint64 number) override
     {
         Q_EMIT made(QImage(request.pixels, QImage::Format_RGB32), {}, 0.0, number);
     }
+
+private:
+    std::atomic<int> &m_gone;
 };
 
 } // namespace
@@ -168,11 +175,12 @@ TEST(FrameThread, LeavesAloneWhatCannotBeEnded)
 {
     StuckWorker::Control control;
     int made = 0;
+    std::atomic<int> gone = 0; // of those that made frames
     auto thread = std::make_unique<effects::FrameThread>(
         [&]() -> std::unique_ptr<effects::FrameWorker> {
             if (++made == 1)
                 return std::make_unique<StuckWorker>(control);
-            return std::make_unique<QuickWorker>();
+            return std::make_unique<QuickWorker>(gone);
         },
         std::chrono::milliseconds(0));
     QList<QImage> pictures;
@@ -193,7 +201,6 @@ TEST(FrameThread, LeavesAloneWhatCannotBeEnded)
 
     // The window closes in the middle of a frame.
     control.isGone = false;
-    made = 0;
     thread = std::make_unique<effects::FrameThread>(
         [&] { return std::make_unique<StuckWorker>(control); }, std::chrono::milliseconds(0));
     thread->start(performance);
@@ -202,7 +209,10 @@ TEST(FrameThread, LeavesAloneWhatCannotBeEnded)
     thread.reset();
     EXPECT_FALSE(control.isGone);
     control.letGo.release();
-    EXPECT_TRUE(waitUntil([&] { return control.isGone.load(); }));
+    EXPECT_TRUE(waitUntil([&] { return control.isGone.load() && gone == made - 1; }));
+    // What is left of the threads goes in this one.
+    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
 TEST_F(Frames, EndWhereTheyTakeTooMuchMemory)
