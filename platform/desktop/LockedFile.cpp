@@ -85,13 +85,17 @@ void giveToOwner(int fd, int folder, const QByteArray &beside)
 UniqueFd lockedFile(int folder, const QByteArray &name, int attempts, QString *error)
 {
     for (int i = 0; i < attempts; ++i) {
-        UniqueFd fd(::openat(folder, name.constData(),
-                             O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NOCTTY, 0600));
+        constexpr int flags = O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NOCTTY;
+        UniqueFd fd(::openat(folder, name.constData(), flags | O_EXCL, 0600));
+        // Never one that was there: it may be another name of a file of root's.
+        if (fd)
+            giveToOwner(fd.get(), folder, {});
+        else if (errno == EEXIST)
+            fd = UniqueFd(::openat(folder, name.constData(), flags, 0600));
         if (!fd) {
             *error = systemError(u"open the lock file"_s, errno);
             return {};
         }
-        giveToOwner(fd.get(), folder, {});
         for (; i < attempts; ++i) {
             if (restarting([&] { return ::flock(fd.get(), LOCK_EX | LOCK_NB); }) == 0) {
                 // Somebody may have removed the file while we waited for it, and then another
