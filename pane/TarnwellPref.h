@@ -141,6 +141,7 @@ class TarnwellPref : public ui::PreferencePane
     TARNWELL_FIELD(QPushButton *, scFilterKeysButton, setScFilterKeysButton)
     TARNWELL_FIELD(QLabel *, scNoMatch, setScNoMatch)
     TARNWELL_FIELD(QLabel *, pluginProblem, setPluginProblem)
+    TARNWELL_FIELD(QLabel *, statusLine, setStatusLine)
 
 public:
     /// The services and the cache live longer than the pane; bundle is the pane's own.
@@ -271,6 +272,8 @@ private:
     static QString withTexts(const QString &format, const QStringList &texts);
     static QString countInWords(const shortcuts::ShortcutCount &count);
     void showMessage(const QString &title, const QString &message);
+    /// Says below the pages what an action came to, until the next action; an empty text hides it.
+    void showStatus(const QString &text);
 
     void setUpShortcutTable();
     std::optional<shortcuts::ShortcutRow> selectedShortcut() const;

@@ -75,6 +75,7 @@ void TarnwellPref::addOutlets(ui::InterfaceOwner &owner)
     TARNWELL_OUTLET(QPushButton, scFilterKeysButton, setScFilterKeysButton);
     TARNWELL_OUTLET(QLabel, scNoMatch, setScNoMatch);
     TARNWELL_OUTLET(QLabel, pluginProblem, setPluginProblem);
+    TARNWELL_OUTLET(QLabel, statusLine, setStatusLine);
 
 #undef TARNWELL_OUTLET
 

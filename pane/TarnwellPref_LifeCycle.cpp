@@ -15,9 +15,9 @@
 #include "ports/Workspace.h"
 #include "prefs/PreferenceKeys.h"
 #include "shortcuts/ShortcutTableModel.h"
+#include "ui/Announcement.h"
 #include "update/QXVCUpdateViewController_V102.h"
 
-#include <QAccessible>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFile>
@@ -232,10 +232,8 @@ void TarnwellPref::showStoreState(const ports::Preferences::StoreState &state)
                      .arg(state.setAside);
     storeProblem()->setVisible(!lines.isEmpty());
     storeProblem()->setText(lines.join(u'\n'));
-    if (lines.isEmpty())
-        return;
-    QAccessibleEvent alert(storeProblem(), QAccessible::Alert);
-    QAccessible::updateAccessibility(&alert);
+    if (!lines.isEmpty())
+        ui::announce(storeProblem());
 }
 
 void TarnwellPref::rebuildPopupKeepingSelection()

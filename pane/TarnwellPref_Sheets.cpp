@@ -12,10 +12,12 @@
 #include "prefs/ApplicationIdentity.h"
 #include "prefs/ApplicationSettings.h"
 #include "prefs/PreferenceKeys.h"
+#include "ui/Announcement.h"
 #include "ui/RichTextView.h"
 
 #include <QCheckBox>
 #include <QDialog>
+#include <QLabel>
 #include <QLineEdit>
 #include <QScrollBar>
 #include <QShortcut>
@@ -171,6 +173,14 @@ void TarnwellPref::doMLSubscribe(QObject *)
 }
 
 void TarnwellPref::doMLAction(QObject *) {}
+
+void TarnwellPref::showStatus(const QString &text)
+{
+    statusLine()->setVisible(!text.isEmpty());
+    statusLine()->setText(text);
+    if (!text.isEmpty())
+        ui::announce(statusLine());
+}
 
 void TarnwellPref::showMessage(const QString &title, const QString &message)
 {

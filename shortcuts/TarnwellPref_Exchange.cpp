@@ -63,6 +63,7 @@ QString TarnwellPref::countInWords(const shortcuts::ShortcutCount &count)
 
 void TarnwellPref::doBringBack(QObject *)
 {
+    showStatus({});
     const QList<shortcuts::ShortcutBackup> backups = shortcutBackups().list();
     if (backups.isEmpty()) {
         showMessage(localized("Nothing to Bring Back"),
@@ -139,6 +140,7 @@ void TarnwellPref::doExportShortcuts(QObject *)
 
 void TarnwellPref::doImportShortcuts(QObject *)
 {
+    showStatus({});
     m_desktop.openPanel.chooseFileToOpen(
         localized("Import Shortcuts"),
         {localized("Exported shortcuts (*.plist)"), localized("All files (*)")}, scTable(),

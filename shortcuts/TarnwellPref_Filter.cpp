@@ -7,8 +7,8 @@
 #include "shortcuts/KeyTranslation.h"
 #include "shortcuts/ShortcutTableModel.h"
 #include "shortcuts/SpokenKeys.h"
+#include "ui/Announcement.h"
 
-#include <QAccessible>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -145,10 +145,8 @@ void TarnwellPref::showNoMatch()
                               wanted, Qt::ElideRight, scTable()->viewport()->width() / 2)}));
     scNoMatch()->setAccessibleName(withTexts(format, {shortcuts::spokenShortcut(wanted)}));
     // Not again with every letter that is typed after the first in vain.
-    if (!isNews)
-        return;
-    QAccessibleEvent alert(scNoMatch(), QAccessible::Alert);
-    QAccessible::updateAccessibility(&alert);
+    if (isNews)
+        ui::announce(scNoMatch());
 }
 
 } // namespace tarnwell::pane

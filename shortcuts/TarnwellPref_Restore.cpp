@@ -44,6 +44,7 @@ const shortcuts::ShortcutRow *TarnwellPref::findKey(const foundation::StyledStri
 
 void TarnwellPref::doRestoreOriginal(QObject *)
 {
+    showStatus({});
     const std::optional<shortcuts::ShortcutRow> row = selectedShortcut();
     if (!row)
         return;
@@ -86,6 +87,10 @@ void TarnwellPref::restoreSheetDidEnd(const shortcuts::ShortcutRow &asked, int r
     const std::optional<shortcuts::ShortcutRow> row = selectedShortcut();
     if (!row || !isSameItem(*row, asked)) {
         doPopup(scPopup());
+        showStatus(
+            withTexts(localized("\"%@\" was not restored: its shortcut was changed elsewhere "
+                                "while the question was open."),
+                      {asked.title.toString()}));
         return;
     }
     const shortcuts::ShortcutRow *conflict =
@@ -97,11 +102,13 @@ void TarnwellPref::restoreSheetDidEnd(const shortcuts::ShortcutRow &asked, int r
     const int place = scTable()->currentIndex().row();
 
     bool isGroupRemoved = false;
+    bool isChanged = false;
     const bool isDone = changeShortcuts([&](const plist::Dictionary &present) {
         const plist::Array groups = present.value(row->settingsKey).toArray();
         const shortcuts::RestoreResult result =
             shortcuts::restoreOriginal(groups, *row, conflict, *m_scTranslator);
         isGroupRemoved = result.groupRemoved;
+        isChanged = result.changed;
         return result.changed ? shortcuts::withGroups(present, row->settingsKey, result.groups)
                               : present;
     });
@@ -110,11 +117,17 @@ void TarnwellPref::restoreSheetDidEnd(const shortcuts::ShortcutRow &asked, int r
     if (isGroupRemoved)
         rebuildPopup();
     doPopup(scPopup());
+    if (!isChanged) {
+        showStatus(withTexts(localized("\"%@\" was not restored: its stored record does not match "
+                                       "the item that is shown."),
+                             {asked.title.toString()}));
+    }
     continueAtRow(place);
 }
 
 void TarnwellPref::doRemoveApp(QObject *)
 {
+    showStatus({});
     const QString settingsKey = selectedSettingsKey();
     if (settingsKey.isNull())
         return;
@@ -136,7 +149,8 @@ void TarnwellPref::removeSheetDidEnd(const QString &askedSettingsKey, int return
     if (returnCode != 1)
         return;
     // Another application may be chosen by now, because this one went while the question was up.
-    if (selectedSettingsKey() == askedSettingsKey) {
+    const bool isStillShown = selectedSettingsKey() == askedSettingsKey;
+    if (isStillShown) {
         const bool isDone = changeShortcuts([&](const plist::Dictionary &present) {
             return shortcuts::withGroups(present, askedSettingsKey, {});
         });
@@ -145,6 +159,10 @@ void TarnwellPref::removeSheetDidEnd(const QString &askedSettingsKey, int return
     }
     rebuildPopup();
     doPopup(scPopup());
+    if (!isStillShown) {
+        showStatus(localized("Nothing was removed: the shortcuts were changed elsewhere while the "
+                             "question was open."));
+    }
     // Greyed out, the button would pass the focus on to one that the same key works.
     if (!scRemoveAppButton()->isEnabled())
         scPopup()->setFocus();

@@ -1183,6 +1183,18 @@
         <translation>OK</translation>
     </message>
     <message>
+        <source>"%@" was not restored: its shortcut was changed elsewhere while the question was open.</source>
+        <translation>„%@“ wurde nicht wiederhergestellt: Das Tastenkürzel wurde anderswo geändert, während die Frage offen war.</translation>
+    </message>
+    <message>
+        <source>"%@" was not restored: its stored record does not match the item that is shown.</source>
+        <translation>„%@“ wurde nicht wiederhergestellt: Der gespeicherte Eintrag passt nicht zum gezeigten Menüpunkt.</translation>
+    </message>
+    <message>
+        <source>Nothing was removed: the shortcuts were changed elsewhere while the question was open.</source>
+        <translation>Nichts wurde entfernt: Die Tastenkürzel wurden anderswo geändert, während die Frage offen war.</translation>
+    </message>
+    <message>
         <source>Nothing Was Changed</source>
         <translation>Nichts wurde geändert</translation>
     </message>

@@ -128,10 +128,13 @@ TEST_F(Restore, TouchesOnlyWhatWasAskedAbout)
     postRefresh();
     sheetsControl.answer(1);
     EXPECT_EQ(storedShortcuts(), meanwhile);
+    EXPECT_TRUE(pane->statusLine()->text().startsWith(u"\"Save\" was not restored"_s));
+    EXPECT_TRUE(pane->statusLine()->isVisibleTo(view.get()));
 
     // Meanwhile somebody else takes the shortcut: that is a question of its own.
     select(u"Open"_s);
     pane->scRestoreButton()->click();
+    EXPECT_FALSE(pane->statusLine()->isVisibleTo(view.get()));
     storeShortcuts(
         {{u"com.example.scribe"_s, items({changed(u"Open"_s), changed(u"Print"_s, 0x09, 0x00)})}});
     postRefresh();
@@ -192,6 +195,7 @@ TEST_F(Restore, RemovingAnApplicationLeavesTheOthers)
     postRefresh();
     sheetsControl.answer(1);
     EXPECT_EQ(storedShortcuts(), meanwhile);
+    EXPECT_TRUE(pane->statusLine()->text().startsWith(u"Nothing was removed"_s));
 }
 
 TEST_F(Restore, NothingIsReplacedThatCannotBeKept)
