@@ -18,8 +18,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr double readableContrast = 4.5;
-constexpr int lightnessSteps = 32;
-constexpr double greyChroma = 0.08;
 constexpr double smallestShownSize = 0.6; // of the desktop's own
 constexpr double largestShownSize = 4.0;
 
@@ -41,30 +39,6 @@ double contrast(const QColor &a, const QColor &b)
     const double lighter = std::max(luminance(a), luminance(b));
     const double darker = std::min(luminance(a), luminance(b));
     return (lighter + 0.05) / (darker + 0.05);
-}
-
-bool isGrey(const QColor &color)
-{
-    const auto [least, most] = std::minmax({color.redF(), color.greenF(), color.blueF()});
-    return most - least < greyChroma;
-}
-
-/// The nearest colour of the same hue that is readable on a background.
-QColor withReadableLightness(const QColor &color, const QColor &background)
-{
-    const bool lighter = luminance(background) < 0.18;
-    float hue = 0;
-    float saturation = 0;
-    float lightness = 0;
-    color.getHslF(&hue, &saturation, &lightness);
-    QColor result = color;
-    for (int step = 1; step <= lightnessSteps && contrast(result, background) < readableContrast;
-         ++step) {
-        const float share = float(step) / lightnessSteps;
-        result.setHslF(std::max(hue, 0.0F), saturation,
-                       lighter ? lightness + (1 - lightness) * share : lightness * (1 - share));
-    }
-    return result;
 }
 
 bool isAllowedLink(const QUrl &url)
@@ -120,76 +94,20 @@ private:
     QTextBlockFormat blockFormat(const RichTextParagraphStyle &style) const
     {
         QTextBlockFormat format;
-        format.setAlignment(alignment(style));
-        if (style.rightToLeft)
-            format.setLayoutDirection(Qt::RightToLeft);
+        format.setAlignment(style.alignment);
         format.setLeftMargin(pixels(style.leftIndent));
         format.setRightMargin(pixels(style.rightIndent));
-        const double indent = shownIndent(style);
+        // One that hangs out further than the page goes is cut off.
+        const double indent = std::max(style.firstLineIndent, -style.leftIndent);
         format.setTextIndent(pixels(indent));
+        // Behind the bullet of a hanging line the text begins where that of the others does.
+        if (indent < 0)
+            format.setTabPositions({{pixels(-indent), QTextOption::LeftTab}});
         format.setTopMargin(pixels(style.spaceBefore));
         format.setBottomMargin(pixels(style.spaceAfter));
         if (style.lineHeight != 1)
             format.setLineHeight(style.lineHeight * 100, QTextBlockFormat::ProportionalHeight);
-        if (const auto stops = tabs(style); !stops.isEmpty())
-            format.setTabPositions(stops);
         return format;
-    }
-
-    /// The indent of the first line; one that hangs out further than the page goes is cut off.
-    static double shownIndent(const RichTextParagraphStyle &style)
-    {
-        return std::max(style.firstLineIndent, -style.leftIndent);
-    }
-
-    /// The tab stops as the toolkit counts them: from where the first line begins.
-    QList<QTextOption::Tab> tabs(const RichTextParagraphStyle &style) const
-    {
-        const double indent = shownIndent(style);
-        QList<QTextOption::Tab> result;
-        for (const RichTextTab &tab : style.tabs) {
-            const double position = tab.position - style.leftIndent - indent;
-            if (position > 0)
-                result.append({pixels(position), tabKind(tab.kind),
-                               tab.kind == RichTextTab::Kind::Decimal ? m_decimalPoint : QChar()});
-        }
-        // Behind the bullet of a hanging line the text begins where that of the others does.
-        if (indent < 0)
-            result.append({pixels(-indent), QTextOption::LeftTab});
-        std::ranges::sort(result, {}, &QTextOption::Tab::position);
-        return result;
-    }
-
-    static Qt::Alignment alignment(const RichTextParagraphStyle &style)
-    {
-        switch (style.alignment) {
-        case RichTextParagraphStyle::Alignment::Left:
-            return Qt::AlignLeft | Qt::AlignAbsolute;
-        case RichTextParagraphStyle::Alignment::Right:
-            return Qt::AlignRight | Qt::AlignAbsolute;
-        case RichTextParagraphStyle::Alignment::Center:
-            return Qt::AlignHCenter;
-        case RichTextParagraphStyle::Alignment::Justified:
-            return Qt::AlignJustify;
-        case RichTextParagraphStyle::Alignment::Natural:
-            break;
-        }
-        return Qt::AlignLeading;
-    }
-
-    static QTextOption::TabType tabKind(RichTextTab::Kind kind)
-    {
-        switch (kind) {
-        case RichTextTab::Kind::Right:
-            return QTextOption::RightTab;
-        case RichTextTab::Kind::Center:
-            return QTextOption::CenterTab;
-        case RichTextTab::Kind::Decimal:
-            return QTextOption::DelimiterTab;
-        case RichTextTab::Kind::Left:
-            break;
-        }
-        return QTextOption::LeftTab;
     }
 
     QTextCharFormat charFormat(const RichTextStyle &style) const
@@ -207,12 +125,7 @@ private:
         font.setBold(style.bold || font.bold());
         font.setItalic(style.italic || font.italic());
         font.setUnderline(style.underlined);
-        font.setStrikeOut(style.struckOut);
         format.setFont(font);
-        if (style.position == RichTextStyle::Position::Superscript)
-            format.setVerticalAlignment(QTextCharFormat::AlignSuperScript);
-        else if (style.position == RichTextStyle::Position::Subscript)
-            format.setVerticalAlignment(QTextCharFormat::AlignSubScript);
         setColors(style, format);
         setLink(style, format);
         return format;
@@ -220,16 +133,7 @@ private:
 
     void setColors(const RichTextStyle &style, QTextCharFormat &format) const
     {
-        if (style.background) {
-            // Where the writer chose both colours they belong together.
-            const QColor background(*style.background);
-            const QColor wanted(style.foreground.value_or(qRgb(0, 0, 0)));
-            format.setBackground(background);
-            format.setForeground(contrast(wanted, background) >= readableContrast || !isGrey(wanted)
-                                     ? withReadableLightness(wanted, background)
-                                 : luminance(background) < 0.18 ? QColor(Qt::white)
-                                                                : QColor(Qt::black));
-        } else if (style.foreground) {
+        if (style.foreground) {
             const QColor color = readableColor(*style.foreground, m_appearance.palette);
             // The default is left to the view, so that it follows when the colours change.
             if (color != m_appearance.palette.color(QPalette::Text))
@@ -273,7 +177,6 @@ private:
     QTextCursor m_cursor;
     double m_pixelsPerPoint;
     QString m_monospacedFamily;
-    QChar m_decimalPoint = u'.';
     int m_pictureCount = 0;
 };
 
@@ -281,13 +184,10 @@ private:
 
 QColor readableColor(QRgb color, const QPalette &palette)
 {
-    const QColor background = palette.color(QPalette::Base);
     const QColor wanted(color);
-    if (contrast(wanted, background) >= readableContrast && wanted != QColor(Qt::black))
-        return wanted;
-    if (isGrey(wanted))
-        return palette.color(QPalette::Text);
-    return withReadableLightness(wanted, background);
+    const bool isReadable = contrast(wanted, palette.color(QPalette::Base)) >= readableContrast;
+    // Black is what writers call their default.
+    return isReadable && wanted != QColor(Qt::black) ? wanted : palette.color(QPalette::Text);
 }
 
 void fillDocument(QTextDocument &document, const RichText &text,

@@ -23,8 +23,8 @@ struct RichTextAppearance
 /// The image of a picture; a null image for one that cannot be shown.
 using RichTextPictureSource = std::function<QImage(const RichTextPicture &picture)>;
 
-/// A colour as it can be read on the palette's base: what stands out well stays, black and its
-/// like become the palette's own text colour, and others change their lightness as far as needed.
+/// A colour as it can be read on the palette's base: one that stands out well stays, any other one
+/// and black become the palette's own text colour.
 QColor readableColor(QRgb color, const QPalette &palette);
 
 /// Replaces the contents of a document by a text. Only links to the web and to mail addresses

@@ -38,8 +38,6 @@ public:
 
     QImage operator()(const RichTextPicture &picture)
     {
-        if (picture.name.isEmpty())
-            return decode(picture.data);
         const auto known = m_images.constFind(picture.name);
         if (known != m_images.cend())
             return *known;

@@ -44,10 +44,6 @@ TEST(HostileRichText, tablesWithoutNumber)
     EXPECT_EQ(textSize(parseRichText("{\\rtf1{\\fonttbl" + fonts + "}{\\colortbl" + colors +
                                      "}\\f99999\\cf999999 a}")),
               1);
-    EXPECT_EQ(parseRichText("{\\rtf1\\pard" + QByteArray("\\tx1").repeated(200'000) + " a}")
-                  .paragraphs.at(0)
-                  .style.tabs.size(),
-              64);
 }
 
 TEST(HostileRichText, picturesWithoutNumber)

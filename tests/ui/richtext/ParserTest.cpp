@@ -18,19 +18,12 @@ QString described(const RichTextStyle &style)
         marks << QStringLiteral("i");
     if (style.underlined)
         marks << QStringLiteral("u");
-    if (style.struckOut)
-        marks << QStringLiteral("s");
     if (style.monospaced)
         marks << QStringLiteral("mono");
-    if (style.position != normal.position)
-        marks << (style.position == RichTextStyle::Position::Superscript ? QStringLiteral("super")
-                                                                         : QStringLiteral("sub"));
     if (style.pointSize != normal.pointSize)
         marks << QString::number(style.pointSize);
     if (style.foreground)
         marks << QStringLiteral("#%1").arg(*style.foreground & 0xFFFFFF, 6, 16, QChar(u'0'));
-    if (style.background)
-        marks << QStringLiteral("on#%1").arg(*style.background & 0xFFFFFF, 6, 16, QChar(u'0'));
     if (!style.link.isEmpty())
         marks << style.link;
     return u'[' + marks.join(u',') + u']';
@@ -38,40 +31,19 @@ QString described(const RichTextStyle &style)
 
 QString described(const RichTextParagraphStyle &style)
 {
-    using Alignment = RichTextParagraphStyle::Alignment;
     QStringList marks;
     const auto length = [&marks](const char *name, double value, double normal = 0) {
         if (value != normal)
             marks << QStringLiteral("%1%2").arg(QLatin1String(name)).arg(value);
     };
-    switch (style.alignment) {
-    case Alignment::Natural:
-        break;
-    case Alignment::Left:
-        marks << QStringLiteral("left");
-        break;
-    case Alignment::Right:
-        marks << QStringLiteral("right");
-        break;
-    case Alignment::Center:
-        marks << QStringLiteral("center");
-        break;
-    case Alignment::Justified:
-        marks << QStringLiteral("justified");
-        break;
-    }
-    if (style.rightToLeft)
-        marks << QStringLiteral("rtl");
+    if (style.alignment != Qt::AlignLeading)
+        marks << QStringLiteral("align%1").arg(style.alignment.toInt());
     length("li", style.leftIndent);
     length("ri", style.rightIndent);
     length("fi", style.firstLineIndent);
     length("sb", style.spaceBefore);
     length("sa", style.spaceAfter);
     length("x", style.lineHeight, 1);
-    for (const RichTextTab &tab : style.tabs)
-        marks << QStringLiteral("tab%1%2")
-                     .arg(tab.position)
-                     .arg(QLatin1String(&"lrcd"[int(tab.kind)], 1));
     return marks.isEmpty() ? QString() : u'<' + marks.join(u',') + u'>';
 }
 
@@ -86,9 +58,8 @@ QString described(const RichText &text)
                 line += described(run.style);
             before = run.style;
             if (run.picture)
-                line += QStringLiteral("(%1 %2 bytes %3x%4)")
+                line += QStringLiteral("(%1 %2x%3)")
                             .arg(run.picture->name)
-                            .arg(run.picture->data.size())
                             .arg(run.picture->size.width())
                             .arg(run.picture->size.height());
             else
@@ -144,21 +115,6 @@ const Row textRows[] = {
 const Row encodingRows[] = {
     {"western bytes", rtf(" caf\\'e9 \\'93x\\'94 \\'80"), QStringLiteral("café “x” €")},
     {"raw western bytes", rtf(" caf\xE9"), QStringLiteral("café")},
-    {"mac bytes", QByteArray("{\\rtf1\\mac caf\\'8e \\'d2x\\'d3 \\'c9}"),
-     QStringLiteral("café “x” …")},
-    {"mac as a code page", QByteArray("{\\rtf1\\ansi\\ansicpg10000 \\'8a}"), QStringLiteral("ä")},
-    {"cyrillic code page", QByteArray("{\\rtf1\\ansi\\ansicpg1251 \\'cf\\'f0\\'e8}"),
-     QStringLiteral("При")},
-    {"a font's character set counts",
-     rtf("{\\fonttbl{\\f0\\fnil Sans;}{\\f1\\fnil\\fcharset204 Sans;}}\\'e9\\f1 \\'e9"),
-     QStringLiteral("éй")},
-    {"two bytes a character",
-     rtf("{\\fonttbl{\\f0\\fnil\\fcharset128 Sans;}}\\f0 \\'93\\'fa\\'96\\'7b"),
-     QStringLiteral("日本")},
-    {"half a character", rtf("{\\fonttbl{\\f0\\fnil\\fcharset128 Sans;}}\\f0 \\'93"),
-     QStringLiteral("\uFFFD")},
-    {"unknown code page is western", QByteArray("{\\rtf1\\ansi\\ansicpg4711 \\'e9}"),
-     QStringLiteral("é")},
     {"unicode with one substitute", rtf(" \\u8984?\\u8963?x"), QStringLiteral("⌘⌃x")},
     {"unicode with two", rtf("\\uc2 \\u8984 ab\\u8963\\'61\\'62x"), QStringLiteral("⌘⌃x")},
     {"unicode with none", rtf("\\uc0\\u8984 x\\u8963 y"), QStringLiteral("⌘x⌃y")},
@@ -172,16 +128,13 @@ const Row encodingRows[] = {
 const Row styleRows[] = {
     {"bold, italic, underlined", rtf(" a{\\b b{\\i c}}\\ul d\\ulnone e"),
      QStringLiteral("a[b]b[b,i]c[u]d[]e")},
-    {"switched off by 0", rtf("\\b a\\b0 b\\strike c\\strike0 d"),
-     QStringLiteral("[b]a[]b[s]c[]d")},
-    {"raised and lowered", rtf(" a\\super 2\\nosupersub b\\sub 3"),
-     QStringLiteral("a[super]2[]b[sub]3")},
+    {"switched off by 0", rtf("\\b a\\b0 b"), QStringLiteral("[b]a[]b")},
     {"sizes in half points", rtf("\\fs48 a\\fs23 b\\fs c"), QStringLiteral("[24]a[11.5]b[]c")},
     {"immoderate sizes", rtf("\\fs99999 a\\fs-4 b"), QStringLiteral("[120]a[1]b")},
     {"colours",
      rtf("{\\colortbl;\\red255\\green0\\blue0;\\red0\\green0\\blue300;}"
-         "\\cf1 a\\cf2\\cb1 b\\cf0\\cb0 c\\cf9 d"),
-     QStringLiteral("[#ff0000]a[#0000ff,on#ff0000]b[]cd")},
+         "\\cf1 a\\cf2\\cb1 b\\cf0 c\\cf9 d"),
+     QStringLiteral("[#ff0000]a[#0000ff]b[]cd")},
     {"fonts by family and by name",
      rtf("{\\fonttbl\\f0\\fswiss Sans;\\f1\\fmodern Odd;\\f2\\fnil Menlo-Regular;\\f3\\fnil "
          "Monotype Corsiva;}\\f0 a\\f1 b\\f2 c\\f3 d"),
@@ -192,16 +145,13 @@ const Row styleRows[] = {
 
 const Row paragraphRows[] = {
     {"alignment", rtf("\\qc a\\par\\qr b\\par\\qj c\\par\\ql d\\par\\pard e"),
-     QStringLiteral("<center>a\n<right>b\n<justified>c\n<left>d\ne")},
+     QStringLiteral("<align4>a\n<align18>b\n<align8>c\n<align17>d\ne")},
     {"indents and spacing", rtf("\\li400\\ri200\\fi-200\\sb120\\sa60 a\\par\\pard b"),
      QStringLiteral("<li20,ri10,fi-10,sb6,sa3>a\nb")},
     {"multiple of the line", rtf("\\sl360\\slmult1 a\\par\\sl-300\\slmult0 b"),
      QStringLiteral("<x1.5>a\nb")},
-    {"tabs", rtf("\\tx720\\tqr\\tx1440\\tqc\\tx2000 a"),
-     QStringLiteral("<tab36l,tab72r,tab100c>a")},
-    {"right to left", rtf("\\rtlpar a\\par\\ltrpar b"), QStringLiteral("<rtl>a\nb")},
     {"a group's paragraph style ends with it", rtf("{\\qc a\\par}b"),
-     QStringLiteral("<center>a\nb")},
+     QStringLiteral("<align4>a\nb")},
     {"bullets are text", rtf("\\li360{\\listtext\\tab\\bullet\\tab}a"),
      QStringLiteral("<li18>\t•\ta")},
 };
@@ -221,19 +171,15 @@ const Row groupRows[] = {
      QStringLiteral("[mailto:a@b.example]b")},
     {"other fields show their result", rtf("{\\field{\\*\\fldinst PAGE}{\\fldrslt 7}}"),
      QStringLiteral("7")},
+    {"pictures within the text are passed over",
+     rtf(" a{\\pict\\pngblip 89504e47}{\\pict\\jpegblip\\bin3 {}\\}b"), QStringLiteral("ab")},
+    {"bytes of another code page stay text", rtf("\\ansicpg1251 \\'cf\\'81"),
+     QStringLiteral("Ï\uFFFD")},
     {"picture of the package",
      rtf(" a{{\\NeXTGraphic my pane.png \\width6400 \\height4800 \\noorient}\\'ac}b"),
-     QStringLiteral("a(my pane.png 0 bytes 320x240)b")},
+     QStringLiteral("a(my pane.png 320x240)b")},
     {"picture with a name beyond ASCII", rtf("{{\\NeXTGraphic \\uc0\\u233 t\\u233 .png}\xAC}"),
-     QStringLiteral("(été.png 0 bytes -1x-1)")},
-    {"picture in the text", rtf("{\\pict\\pngblip\\picwgoal200\\pichgoal100 89504e\n47}b"),
-     QStringLiteral("( 4 bytes 10x5)b")},
-    {"binary picture", rtf("{\\pict\\jpegblip\\bin3 {}\\}b"), QStringLiteral("( 3 bytes -1x-1)b")},
-    {"picture in two formats",
-     rtf("{\\*\\shppict{\\pict{\\*\\picprop x}\\pngblip ff}}{\\nonshppict{\\pict\\wmetafile8 "
-         "00}}b"),
-     QStringLiteral("( 1 bytes -1x-1)b")},
-    {"formats that are not shown", rtf("{\\pict\\wmetafile8 0102}b"), QStringLiteral("b")},
+     QStringLiteral("(été.png -1x-1)")},
 };
 
 const Row malformedRows[] = {

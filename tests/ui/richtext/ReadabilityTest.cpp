@@ -50,7 +50,6 @@ struct Row
     QRgb color;
     bool keptInLight; ///< exactly as written
     bool keptInDark;
-    bool isText; ///< becomes the text colour where it is not kept
 };
 
 void PrintTo(const Row &row, std::ostream *stream)
@@ -71,21 +70,16 @@ TEST_P(ReadableColorTest, standsOutOnEveryBackground)
             << color.name().toStdString();
         if (isDark ? row.keptInDark : row.keptInLight)
             EXPECT_EQ(color, QColor(row.color));
-        else if (row.isText)
-            EXPECT_EQ(color, palette.color(QPalette::Text));
         else
-            EXPECT_NEAR(color.hslHueF(), QColor(row.color).hslHueF(), 0.02);
+            EXPECT_EQ(color, palette.color(QPalette::Text));
     }
 }
 
 const Row rows[] = {
-    {"black", qRgb(0, 0, 0), false, false, true},
-    {"white", qRgb(255, 255, 255), false, true, true},
-    {"dark_grey", qRgb(40, 40, 42), true, false, true},
-    {"dark_blue", qRgb(0, 0, 139), true, false, false},
-    {"dark_red", qRgb(139, 0, 0), true, false, false},
-    {"yellow", qRgb(255, 255, 0), false, true, false},
-    {"middle_green", qRgb(0, 128, 0), true, false, false},
+    {"black", qRgb(0, 0, 0), false, false},         {"white", qRgb(255, 255, 255), false, true},
+    {"dark_grey", qRgb(40, 40, 42), true, false},   {"dark_blue", qRgb(0, 0, 139), true, false},
+    {"dark_red", qRgb(139, 0, 0), true, false},     {"yellow", qRgb(255, 255, 0), false, true},
+    {"middle_green", qRgb(0, 128, 0), true, false},
 };
 
 INSTANTIATE_TEST_SUITE_P(Colors, ReadableColorTest, testing::ValuesIn(rows),
@@ -115,15 +109,6 @@ TEST(RichTextDocument, leavesTheDefaultColourToTheView)
     EXPECT_FALSE(formatOf("\\cf2 a", darkPalette()).hasProperty(QTextFormat::ForegroundBrush));
 }
 
-TEST(RichTextDocument, readsOnAWrittenBackgroundInTheDark)
-{
-    const auto format = formatOf("\\cb1 a", darkPalette());
-    EXPECT_EQ(format.background().color(), QColor(Qt::white));
-    EXPECT_GE(contrast(format.foreground().color(), Qt::white), 4.3);
-    const auto onBlack = formatOf("\\cb2 a", lightPalette());
-    EXPECT_GE(contrast(onBlack.foreground().color(), Qt::black), 4.3);
-}
-
 TEST(RichTextDocument, sizesFollowTheDesktopsFont)
 {
     EXPECT_DOUBLE_EQ(formatOf("\\fs24 a", lightPalette()).font().pointSizeF(), 10);
@@ -142,10 +127,8 @@ TEST(RichTextDocument, textBehindABulletBeginsWhereItsOtherLinesDo)
     const QTextBlockFormat format = document.firstBlock().blockFormat();
     EXPECT_EQ(format.leftMargin(), 20);
     EXPECT_EQ(format.textIndent(), -10);
-    QList<qreal> stops;
-    for (const QTextOption::Tab &tab : format.tabPositions())
-        stops.append(tab.position);
-    EXPECT_EQ(stops, (QList<qreal>{5, 10, 40}));
+    ASSERT_EQ(format.tabPositions().size(), 1);
+    EXPECT_EQ(format.tabPositions().first().position, 10);
 }
 
 TEST(RichTextDocument, linksLeadToTheWebAndToMailAlone)
