@@ -1,5 +1,8 @@
 #include "desktop/DomainFile.h"
 
+#include "desktop/LinkTarget.h"
+#include "foundation/BoundedFile.h"
+#include "foundation/Logging.h"
 #include "foundation/plist/PropertyList.h"
 
 #include <QFile>
@@ -30,27 +33,13 @@ qint64 nanoseconds(const timespec &time)
     return qint64(time.tv_sec) * 1'000'000'000 + time.tv_nsec;
 }
 
-bool readAll(int fd, QByteArray *bytes, qint64 expected)
+QString reasonOf(const foundation::FileReadError &error)
 {
-    bytes->resize(qsizetype(expected) + 1);
-    qsizetype length = 0;
-    for (;;) {
-        if (length == bytes->size()) {
-            if (length > maximumSize)
-                break;
-            bytes->resize(length * 2);
-        }
-        const ssize_t got = ::read(fd, bytes->data() + length, size_t(bytes->size() - length));
-        if (got < 0 && errno == EINTR)
-            continue;
-        if (got < 0)
-            return false;
-        if (got == 0)
-            break;
-        length += got;
-    }
-    bytes->truncate(length);
-    return true;
+    using foundation::FileReadError;
+    if (error.reason == FileReadError::TooLarge)
+        return u"The file is too large."_s;
+    return error.reason == FileReadError::System ? systemError(u"read the file"_s, error.systemCode)
+                                                 : u"There is something else than a file."_s;
 }
 
 } // namespace
@@ -83,6 +72,12 @@ std::optional<bool> DomainFile::hasChanged(QString *error) const
     return std::nullopt;
 }
 
+bool DomainFile::isAsSeen() const
+{
+    QString error;
+    return hasChanged(&error) == false;
+}
+
 DomainFile::Content DomainFile::readOpened(int fd, QByteArray *bytes, QString *error)
 {
     for (int i = 0; i < maximumReads; ++i) {
@@ -91,32 +86,49 @@ DomainFile::Content DomainFile::readOpened(int fd, QByteArray *bytes, QString *e
             *error = systemError(u"look at the file"_s, errno);
             return Content::Unavailable;
         }
-        if (!S_ISREG(before.st_mode) || before.st_size > maximumSize) {
-            *error = S_ISREG(before.st_mode) ? u"The file is too large."_s
-                                             : u"There is something else than a file."_s;
+        foundation::FileReadError readError;
+        auto got = foundation::readBoundedFile(fd, maximumSize, &readError);
+        if (!got) {
+            *error = reasonOf(readError);
             return Content::Unavailable;
         }
-        if (::lseek(fd, 0, SEEK_SET) != 0 || !readAll(fd, bytes, before.st_size) ||
-            ::fstat(fd, &after) != 0) {
-            *error = systemError(u"read the file"_s, errno);
+        if (::fstat(fd, &after) != 0) {
+            *error = systemError(u"look at the file"_s, errno);
             return Content::Unavailable;
         }
         // Size and time of modification alone: the time of change also moves when another writer
         // replaces the file, and what was read of the old one is whole all the same.
         if (before.st_size == after.st_size &&
             nanoseconds(before.st_mtim) == nanoseconds(after.st_mtim)) {
+            *bytes = std::move(*got);
             m_seen = State::of(before);
             return Content::Readable;
         }
     }
+    m_seen.reset();
     *error = u"The file is being written."_s;
-    return Content::Unavailable;
+    return Content::Damaged;
 }
 
 DomainFile::Content DomainFile::read(plist::Dictionary *values, QString *error)
 {
+    const std::optional<LinkTarget> target = linkTarget(m_nativePath);
+    if (!target) {
+        *error = systemError(u"follow the link"_s, ELOOP);
+        return Content::Unavailable;
+    }
+    if (target->isRefusedLink) {
+        TARNWELL_SYSTEM_LOG(u"The link %1 is not followed: others can write in its folder, and its "
+                            "owner is one of them."_s.arg(QFile::decodeName(target->path)));
+        struct stat facts;
+        m_seen = ::stat(m_nativePath.constData(), &facts) == 0 ? State::of(facts) : State();
+        m_seenFile = UniqueFd();
+        *values = plist::Dictionary();
+        return Content::Missing;
+    }
     // Without O_NONBLOCK a pipe of this name would hold us for ever.
-    UniqueFd fd(::open(m_nativePath.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    UniqueFd fd(::open(target->path.constData(),
+                       O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY | O_NOFOLLOW));
     if (!fd) {
         if (meansMissing(errno)) {
             m_seen = State();
@@ -144,23 +156,44 @@ DomainFile::Content DomainFile::read(plist::Dictionary *values, QString *error)
     return Content::Readable;
 }
 
-bool DomainFile::replace(LockedFile &locked, const plist::Dictionary &values, QString *error)
+DomainFile::Replaced DomainFile::replace(LockedFile &locked, const plist::Dictionary &values,
+                                         QString *error)
 {
     const QByteArray bytes = plist::write(values, plist::Format::Binary);
     if (bytes.isEmpty() || bytes.size() > maximumSize) {
         *error = u"The values make no property list that can be stored."_s;
-        return false;
+        return Replaced::Failed;
     }
-    UniqueFd fd = locked.replace(bytes, error);
+    // Programs that take no lock store, too.
+    bool isOvertaken = false;
+    UniqueFd fd = locked.replace(
+        bytes,
+        [this, &isOvertaken] {
+            isOvertaken = !isAsSeen();
+            return !isOvertaken;
+        },
+        error);
     if (!fd)
-        return false;
+        return isOvertaken ? Replaced::Overtaken : Replaced::Failed;
     struct stat facts;
     if (::fstat(fd.get(), &facts) == 0)
         m_seen = State::of(facts);
     else
         m_seen.reset();
     m_seenFile = std::move(fd);
-    return true;
+    return Replaced::Done;
+}
+
+QString DomainFile::setAside(LockedFile &locked, const QString &ending, QString *error)
+{
+    if (!isAsSeen())
+        return {};
+    const QString name = locked.setAside(ending, error);
+    if (name.isEmpty())
+        return {};
+    m_seen = State();
+    m_seenFile = UniqueFd();
+    return QFile::decodeName(folderOf(QFile::encodeName(locked.target()))) + u'/' + name;
 }
 
 } // namespace tarnwell::desktop

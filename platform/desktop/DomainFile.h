@@ -15,9 +15,9 @@ class DomainFile
 {
 public:
     enum class Content {
-        Missing, ///< there is no file, which is an empty domain
+        Missing, ///< there is no file that may be read, which is an empty domain
         Readable,
-        Damaged,    ///< a file that holds no dictionary
+        Damaged,    ///< a file that holds no dictionary, perhaps because it is being written
         Unavailable ///< nobody can tell: no permission, an error of the disk, not a file
     };
 
@@ -31,8 +31,18 @@ public:
     /// the error then says why.
     Content read(plist::Dictionary *values, QString *error);
 
+    enum class Replaced {
+        Done,
+        Overtaken, ///< somebody without the lock changed the file since it was read
+        Failed
+    };
+
     /// Stores the values in the file's place.
-    bool replace(LockedFile &locked, const plist::Dictionary &values, QString *error);
+    Replaced replace(LockedFile &locked, const plist::Dictionary &values, QString *error);
+
+    /// Renames a damaged file, as LockedFile::setAside() does. Its new path; empty when somebody
+    /// without the lock changed it since it was read, or, with a description, when it failed.
+    QString setAside(LockedFile &locked, const QString &ending, QString *error);
 
     QString path() const { return m_path; }
 
@@ -51,6 +61,7 @@ private:
         friend bool operator==(const State &, const State &) = default;
     };
 
+    bool isAsSeen() const;
     Content readOpened(int fd, QByteArray *bytes, QString *error);
 
     QString m_path;

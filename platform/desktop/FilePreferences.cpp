@@ -7,10 +7,10 @@ namespace tarnwell::desktop {
 using namespace Qt::StringLiterals;
 
 FilePreferences::FilePreferences(const QString &homeFolder, const ports::Clock &clock,
-                                 int lockAttempts)
+                                 std::chrono::milliseconds lockPatience)
     : m_homeFolder(homeFolder)
     , m_clock(clock)
-    , m_lockAttempts(lockAttempts)
+    , m_lockPatience(lockPatience)
 {}
 
 FilePreferences::~FilePreferences() = default;
@@ -22,7 +22,7 @@ PreferenceDomain *FilePreferences::domainOfName(const QString &name) const
         return nullptr;
     std::unique_ptr<PreferenceDomain> &domain = m_domains[name];
     if (!domain)
-        domain = std::make_unique<PreferenceDomain>(m_homeFolder, name, m_clock, m_lockAttempts);
+        domain = std::make_unique<PreferenceDomain>(m_homeFolder, name, m_clock, m_lockPatience);
     return domain.get();
 }
 
@@ -41,8 +41,20 @@ void FilePreferences::setAppValue(const QString &key, const plist::Value &value,
 
 bool FilePreferences::appSynchronize(const QString &domain)
 {
+    return synchronize(domain, false);
+}
+
+bool FilePreferences::appStorePending(const QString &domain)
+{
+    return synchronize(domain, true);
+}
+
+bool FilePreferences::synchronize(const QString &domain, bool withAllWrites)
+{
+    using Writes = PreferenceDomain::Writes;
     PreferenceDomain *const found = domainOfName(domain);
-    const bool isStored = found && found->synchronize();
+    const bool isStored =
+        found && found->synchronize(withAllWrites ? Writes::All : Writes::OnlyWithNewOnes);
     if (found)
         reportStoring(domain, found->state());
     return isStored;

@@ -1,5 +1,6 @@
 #include "desktop/LockedFile.h"
 
+#include "desktop/LinkTarget.h"
 #include "foundation/Logging.h"
 
 #include <QFile>
@@ -10,20 +11,20 @@
 #include <sys/file.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cerrno>
-#include <climits>
 #include <cstdio>
-#include <ctime>
 #include <memory>
 #include <system_error>
+#include <thread>
 
 namespace tarnwell::desktop {
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
-constexpr int maximumLinks = 40;
 constexpr int maximumDamagedOfOneSecond = 1000;
 
 template <typename Call>
@@ -33,33 +34,6 @@ auto restarting(Call call)
     while (result == -1 && errno == EINTR)
         result = call();
     return result;
-}
-
-void wait(long microseconds)
-{
-    const timespec pause{0, microseconds * 1000};
-    ::nanosleep(&pause, nullptr);
-}
-
-QByteArray folderOf(const QByteArray &path)
-{
-    const qsizetype slash = path.lastIndexOf('/');
-    return slash < 0 ? "." : slash == 0 ? "/" : path.first(slash);
-}
-
-/// Follows the links that a path's last component makes, also to a file that does not exist yet.
-/// Empty when they go round in a circle.
-QByteArray withoutLinks(QByteArray path)
-{
-    for (int i = 0; i < maximumLinks; ++i) {
-        char target[PATH_MAX];
-        const ssize_t length = ::readlink(path.constData(), target, sizeof target);
-        if (length <= 0 || length == ssize_t(sizeof target))
-            return path;
-        const QByteArray next(target, length);
-        path = next.startsWith('/') ? next : folderOf(path) + '/' + next;
-    }
-    return {};
 }
 
 /// Whether an open file is still the one that a name stands for.
@@ -82,9 +56,14 @@ void giveToOwner(int fd, int folder, const QByteArray &beside)
         TARNWELL_SYSTEM_LOG(systemError(u"give a file to its user"_s, errno));
 }
 
-UniqueFd lockedFile(int folder, const QByteArray &name, int attempts, QString *error)
+UniqueFd lockedFile(int folder, const QByteArray &name, std::chrono::milliseconds patience,
+                    QString *error)
 {
-    for (int i = 0; i < attempts; ++i) {
+    using std::chrono::steady_clock;
+    const steady_clock::time_point end = steady_clock::now() + patience;
+    // Most writers are done in no time.
+    std::chrono::microseconds pause{100};
+    for (;;) {
         constexpr int flags = O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NOCTTY;
         UniqueFd fd(::openat(folder, name.constData(), flags | O_EXCL, 0600));
         // Never one that was there: it may be another name of a file of root's.
@@ -96,23 +75,27 @@ UniqueFd lockedFile(int folder, const QByteArray &name, int attempts, QString *e
             *error = systemError(u"open the lock file"_s, errno);
             return {};
         }
-        for (; i < attempts; ++i) {
-            if (restarting([&] { return ::flock(fd.get(), LOCK_EX | LOCK_NB); }) == 0) {
-                // Somebody may have removed the file while we waited for it, and then another
-                // writer waits for another file.
-                if (isFileOfName(fd.get(), folder, name))
-                    return fd;
-                break;
-            }
+        while (restarting([&] { return ::flock(fd.get(), LOCK_EX | LOCK_NB); }) != 0) {
             if (errno != EWOULDBLOCK) {
                 *error = systemError(u"lock"_s, errno);
                 return {};
             }
-            wait(i < 20 ? 100 : 1000);
+            if (steady_clock::now() + pause > end) {
+                *error = u"Cannot lock: another process holds the lock and does not let it go."_s;
+                return {};
+            }
+            std::this_thread::sleep_for(pause);
+            pause = std::min<std::chrono::microseconds>(2 * pause, 2ms);
+        }
+        // Somebody may have removed the file while we waited for it, and then another writer
+        // waits for another file.
+        if (isFileOfName(fd.get(), folder, name))
+            return fd;
+        if (steady_clock::now() > end) {
+            *error = u"Cannot lock: the lock file does not stay."_s;
+            return {};
         }
     }
-    *error = u"Cannot lock: another process holds the lock and does not let it go."_s;
-    return {};
 }
 
 bool writeAll(int fd, QByteArrayView bytes)
@@ -135,30 +118,35 @@ QString systemError(const QString &what, int code)
                                    QString::fromStdString(std::generic_category().message(code)));
 }
 
-std::optional<LockedFile> LockedFile::acquire(const QString &path, int attempts, QString *error)
+std::optional<LockedFile> LockedFile::acquire(const QString &path,
+                                              std::chrono::milliseconds patience, Links links,
+                                              QString *error)
 {
-    const QByteArray target = withoutLinks(QFile::encodeName(path));
-    if (target.isEmpty()) {
+    const QByteArray given = QFile::encodeName(path);
+    const auto target = links == Links::Follow ? linkTarget(given) : LinkTarget{given};
+    if (!target) {
         *error = systemError(u"follow the link"_s, ELOOP);
         return std::nullopt;
     }
     UniqueFd folder(
-        ::open(folderOf(target).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NOCTTY));
+        ::open(folderOf(target->path).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NOCTTY));
     if (!folder) {
         *error = systemError(u"open the folder"_s, errno);
         return std::nullopt;
     }
-    QByteArray name = target.sliced(target.lastIndexOf('/') + 1);
-    UniqueFd lock = lockedFile(folder.get(), '.' + name + ".lock", attempts, error);
+    const QByteArray name = target->path.sliced(target->path.lastIndexOf('/') + 1);
+    UniqueFd lock = lockedFile(folder.get(), '.' + name + ".lock", patience, error);
     if (!lock)
         return std::nullopt;
-    return LockedFile(std::move(folder), std::move(lock), std::move(name));
+    return LockedFile(std::move(folder), std::move(lock), target->path, target->path != given);
 }
 
-LockedFile::LockedFile(UniqueFd folder, UniqueFd lock, QByteArray name)
+LockedFile::LockedFile(UniqueFd folder, UniqueFd lock, QByteArray path, bool isBehindLink)
     : m_folder(std::move(folder))
     , m_lock(std::move(lock))
-    , m_name(std::move(name))
+    , m_path(std::move(path))
+    , m_name(m_path.sliced(m_path.lastIndexOf('/') + 1))
+    , m_isBehindLink(isBehindLink)
 {}
 
 LockedFile::~LockedFile()
@@ -168,12 +156,18 @@ LockedFile::~LockedFile()
         ::flock(m_lock.get(), LOCK_UN);
 }
 
+QString LockedFile::target() const
+{
+    return QFile::decodeName(m_path);
+}
+
 QByteArray LockedFile::temporaryPrefix() const
 {
     return '.' + m_name + ".tmp-";
 }
 
-UniqueFd LockedFile::replace(QByteArrayView bytes, QString *error)
+UniqueFd LockedFile::replace(QByteArrayView bytes, const std::function<bool()> &mayReplace,
+                             QString *error)
 {
     const QByteArray temporary = temporaryPrefix() + QByteArray::number(::getpid()) + '-' +
                                  QByteArray::number(QRandomGenerator::global()->generate(), 16);
@@ -194,6 +188,10 @@ UniqueFd LockedFile::replace(QByteArrayView bytes, QString *error)
     giveToOwner(fd.get(), m_folder.get(), m_name);
     if (restarting([&] { return ::fsync(fd.get()); }) != 0)
         return abandon(u"write to the disk"_s);
+    if (!mayReplace()) {
+        ::unlinkat(m_folder.get(), temporary.constData(), 0);
+        return {};
+    }
     if (::renameat(m_folder.get(), temporary.constData(), m_folder.get(), m_name.constData()) != 0)
         return abandon(u"rename the temporary file"_s);
 

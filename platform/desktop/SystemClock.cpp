@@ -11,4 +11,11 @@ double SystemClock::absoluteTime() const
     return double(now.tv_sec) - absoluteTimeIntervalSince1970 + double(now.tv_nsec) / 1e9;
 }
 
+double SystemClock::steadyTime() const
+{
+    timespec now{};
+    ::clock_gettime(CLOCK_MONOTONIC, &now);
+    return double(now.tv_sec) + double(now.tv_nsec) / 1e9;
+}
+
 } // namespace tarnwell::desktop

@@ -9,6 +9,7 @@ class SystemClock final : public ports::Clock
 {
 public:
     double absoluteTime() const override;
+    double steadyTime() const override;
 };
 
 } // namespace tarnwell::desktop

@@ -2,6 +2,7 @@ list(APPEND desktop_sources
     DistributedNotifications.cpp
     DomainFile.cpp
     FilePreferences.cpp
+    LinkTarget.cpp
     LinuxSystemFacts.cpp
     LocalNotifications.cpp
     LockedFile.cpp

@@ -1,5 +1,7 @@
 #include "ports/PendingWrites.h"
 
+#include <algorithm>
+
 namespace tarnwell::ports {
 
 namespace {
@@ -26,11 +28,19 @@ std::optional<plist::Value> PendingWrites::value(const QString &key) const
 void PendingWrites::note(const QString &key, const plist::Value &value,
                          const std::optional<plist::Value> &seen)
 {
-    if (const auto earlier = m_writes.find(key); earlier != m_writes.end())
+    if (const auto earlier = m_writes.find(key); earlier != m_writes.end()) {
         earlier->value = value; // made from the earlier one, and so from what that was made from
-    else
+        earlier->isNew = true;
+    } else {
         m_writes.insert(key, {value, seen});
+    }
     m_areLost = false;
+}
+
+bool PendingWrites::hasNew() const
+{
+    return std::any_of(m_writes.cbegin(), m_writes.cend(),
+                       [](const Write &write) { return write.isNew; });
 }
 
 bool PendingWrites::areIn(const plist::Dictionary &stored) const
@@ -44,7 +54,8 @@ bool PendingWrites::areIn(const plist::Dictionary &stored) const
 
 bool PendingWrites::isOvertaken(const Write &write, const plist::Value &stored)
 {
-    if (!isCollection(stored) && !isCollection(write.value))
+    const bool wasDelayed = write.hasFailed && !write.isNew;
+    if (!wasDelayed && !isCollection(stored) && !isCollection(write.value))
         return false;
     if (isSame(stored, write.value))
         return false;
@@ -53,11 +64,12 @@ bool PendingWrites::isOvertaken(const Write &write, const plist::Value &stored)
 
 bool PendingWrites::giveUpOvertaken(const plist::Dictionary &stored)
 {
-    const bool isAnyGivenUp = m_writes.removeIf([&stored](const auto &it) {
-        return isOvertaken(it.value(), stored.value(it.key()));
+    return m_writes.removeIf([this, &stored](const auto &it) {
+        const Write &write = it.value();
+        const bool isGivenUp = isOvertaken(write, stored.value(it.key()));
+        m_areLost = m_areLost || (isGivenUp && write.hasFailed);
+        return isGivenUp;
     }) > 0;
-    m_areLost = m_areLost || (isAnyGivenUp && m_hasFailed);
-    return isAnyGivenUp;
 }
 
 plist::Dictionary PendingWrites::appliedTo(plist::Dictionary stored) const
@@ -67,10 +79,17 @@ plist::Dictionary PendingWrites::appliedTo(plist::Dictionary stored) const
     return stored;
 }
 
+void PendingWrites::failed()
+{
+    for (Write &write : m_writes) {
+        write.isNew = false;
+        write.hasFailed = true;
+    }
+}
+
 void PendingWrites::stored()
 {
     m_writes.clear();
-    m_hasFailed = false;
 }
 
 } // namespace tarnwell::ports

@@ -25,16 +25,20 @@ public:
     /// Whether a stored domain has it all already.
     bool areIn(const plist::Dictionary &stored) const;
 
-    /// Gives up the writes of collections that another process stored meanwhile, because they would
-    /// take away what it added. A single value is no such loss: who wrote it last wins. Returns
-    /// whether there were any.
+    /// Whether a write was noted since the last failed().
+    bool hasNew() const;
+
+    /// Gives up the writes of keys that another process stored meanwhile, and returns whether there
+    /// were any: those of collections, because they would take away what it added, and those that
+    /// could not be stored at once, because what it stored is newer. Of single values that nothing
+    /// has delayed, the last one wins.
     bool giveUpOvertaken(const plist::Dictionary &stored);
 
     /// A stored domain with the writes in it.
     plist::Dictionary appliedTo(plist::Dictionary stored) const;
 
     /// Notes that the writes could not be stored, or that they were.
-    void failed() { m_hasFailed = !m_writes.isEmpty(); }
+    void failed();
     void stored();
 
     /// Whether a write that could not be stored at first was given up later; until the next write.
@@ -45,12 +49,13 @@ private:
     {
         plist::Value value;
         std::optional<plist::Value> seen;
+        bool isNew = true;
+        bool hasFailed = false; ///< it, or an earlier one of the key that it was made from
     };
 
     static bool isOvertaken(const Write &write, const plist::Value &stored);
 
     QHash<QString, Write> m_writes;
-    bool m_hasFailed = false;
     bool m_areLost = false;
 };
 

@@ -13,7 +13,8 @@ namespace tarnwell::ports {
 /// The store of per-user, per-domain settings that this process shares with others.
 ///
 /// Reads answer from what the process last saw; writes stay pending, key by key, until
-/// appSynchronize() merges them into the stored domain. Main thread only.
+/// appSynchronize() merges them into the stored domain. Main thread only, which is never kept
+/// waiting for another process for long.
 class Preferences
 {
 public:
@@ -26,13 +27,18 @@ public:
     virtual void setAppValue(const QString &key, const plist::Value &value,
                              const QString &domain) = 0;
 
-    /// Stores the pending writes and takes up what other processes stored.
+    /// Takes up what other processes stored, and stores the pending writes. Without a write since
+    /// the last time it stores nothing: those that failed then wait for appStorePending().
     ///
     /// Costs one stat() when nothing is pending and the file is unchanged. Returns false when the
     /// domain could not be stored, and then the writes stay pending and the stored file is as it
-    /// was; or when an array or a dictionary was not stored, because another process had stored the
-    /// key since this one read it, and then copyAppValue() gives that process's value.
+    /// was; or when a write was given up, because another process had stored the key since this one
+    /// read it, and then copyAppValue() gives that process's value. Given up are arrays and
+    /// dictionaries, and of the writes that could not be stored at once all.
     virtual bool appSynchronize(const QString &domain) = 0;
+
+    /// Does what appSynchronize() does, and tries those writes again that could not be stored.
+    virtual bool appStorePending(const QString &domain) = 0;
 
     /// Changes a value that other processes change, too: takes up what is stored, and stores what
     /// `change` makes of it; once more, from the newer value, if another process was faster. Stores
@@ -43,10 +49,13 @@ public:
     /// What a user should know about the storing of a domain.
     struct StoreState
     {
-        QString problem; ///< why writes are still pending; empty when none are
-        bool isOvertaken =
-            false;        ///< a write that had been pending was given up; until the next one
-        QString setAside; ///< the name that a damaged file was given; empty without one
+        QString problem; ///< why writes could not be stored and are still pending; else empty
+        /// A write that had been pending was given up; until the next one.
+        bool isOvertaken = false;
+        QString setAside; ///< the path at which a damaged file is now; empty without one
+        /// What is stored can't be read now and may be in half a second: another process seems to
+        /// be writing it. Until then the values last seen are given and writes wait.
+        bool isBeingWritten = false;
 
         friend bool operator==(const StoreState &, const StoreState &) = default;
     };

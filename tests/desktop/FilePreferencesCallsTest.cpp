@@ -1,5 +1,5 @@
-// Counts the system calls of a synchronise. The functions below stand before those of the C
-// library, so that the store calls them.
+// Counts the system calls of a synchronise, and does something in the midst of them. The functions
+// below stand before those of the C library, so that the store calls them.
 
 #include "desktop/PreferencesHome.h"
 
@@ -25,6 +25,7 @@ struct Calls
 };
 
 Calls calls;
+std::function<void()> afterSync; ///< at the end of every fsync()
 
 template <typename Function>
 Function *next(const char *name)
@@ -88,10 +89,16 @@ int openat(int folder, const char *path, int flags, ...)
     return next<int(int, const char *, int, ...)>("openat")(folder, path, flags, mode);
 }
 
-ssize_t read(int fd, void *bytes, size_t size)
+ssize_t pread(int fd, void *bytes, size_t size, off_t offset)
 {
     ++calls.others;
-    return next<ssize_t(int, void *, size_t)>("read")(fd, bytes, size);
+    return next<ssize_t(int, void *, size_t, off_t)>("pread")(fd, bytes, size, offset);
+}
+
+ssize_t readlink(const char *path, char *text, size_t size) noexcept
+{
+    ++calls.others;
+    return next<ssize_t(const char *, char *, size_t)>("readlink")(path, text, size);
 }
 
 int flock(int fd, int operation) noexcept
@@ -109,7 +116,10 @@ int mkdir(const char *path, mode_t mode) noexcept
 int fsync(int fd)
 {
     ++calls.others;
-    return next<int(int)>("fsync")(fd);
+    const int result = next<int(int)>("fsync")(fd);
+    if (afterSync)
+        afterSync();
+    return result;
 }
 
 } // extern "C"
@@ -147,4 +157,34 @@ TEST_F(FilePreferencesCallsTest, AnUnchangedDomainCostsOneStat)
     writeFile(path(), "damage");
     EXPECT_GT(counted(synchronize).others, 1);
     EXPECT_EQ(counted(synchronize), oneStat) << "a damaged file";
+}
+
+TEST_F(FilePreferencesCallsTest, StartsAgainWhenAWriterWithoutTheLockWasFaster)
+{
+    struct Row
+    {
+        const char *name;
+        int times;
+        bool isStored;
+    };
+    for (const Row &row :
+         {Row{"once", 1, true}, {"thrice", 3, true}, {"again and again", 99, false}}) {
+        SCOPED_TRACE(row.name);
+        storeDomain({{u"Theirs"_s, 0}});
+        FilePreferences preferences(home(), clock);
+        ASSERT_TRUE(preferences.appSynchronize(domain));
+        int theirs = 0;
+        afterSync = [&] {
+            if (theirs < row.times)
+                storeDomain({{u"Theirs"_s, ++theirs}});
+        };
+        preferences.setAppValue(u"Ours"_s, 1, domain);
+        EXPECT_EQ(preferences.appSynchronize(domain), row.isStored);
+        afterSync = nullptr;
+        EXPECT_EQ(storedDomain().value(u"Theirs"_s), plist::Value(theirs));
+        EXPECT_EQ(storedDomain().contains(u"Ours"_s), row.isStored);
+        EXPECT_EQ(filesInFolder(), QStringList{fileName()});
+        EXPECT_TRUE(preferences.appStorePending(domain));
+        EXPECT_EQ(storedDomain(), (plist::Dictionary{{u"Theirs"_s, theirs}, {u"Ours"_s, 1}}));
+    }
 }

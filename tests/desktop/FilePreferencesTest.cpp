@@ -3,6 +3,8 @@
 #include "desktop/PreferencesHome.h"
 #include "foundation/plist/Array.h"
 
+#include <QElapsedTimer>
+
 #include <sys/resource.h>
 #include <sys/stat.h>
 
@@ -167,15 +169,69 @@ TEST_F(FilePreferencesTest, SetsADamagedFileAside)
             ASSERT_TRUE(preferences.appSynchronize(domain));
             EXPECT_EQ(readFile(path()), row.bytes) << "only a write needs the place";
             preferences.setAppValue(u"New"_s, 1, domain);
-            ASSERT_TRUE(preferences.appSynchronize(domain));
+            EXPECT_FALSE(preferences.appSynchronize(domain));
+            EXPECT_EQ(readFile(path()), row.bytes) << "it may be in the making";
+            EXPECT_EQ(state, (ports::Preferences::StoreState{{}, false, {}, true}));
+            clock.control().steadyTime += 0.5;
+            ASSERT_TRUE(preferences.appStorePending(domain));
             EXPECT_EQ(storedDomain(), (plist::Dictionary{{u"New"_s, 1}}));
             const QString aside = path() + u".damaged-20010101T000000Z"_s + ending;
             ASSERT_TRUE(QFile::exists(aside));
             EXPECT_EQ(readFile(aside), row.bytes);
-            EXPECT_EQ(state.setAside, QFileInfo(aside).fileName());
+            EXPECT_EQ(state, (ports::Preferences::StoreState{{}, false, aside, false}));
         }
         EXPECT_EQ(log.containing(u"are damaged"_s).size(), 2);
         EXPECT_EQ(log.containing(u"are kept as"_s).size(), 2);
+    }
+}
+
+TEST_F(FilePreferencesTest, WaitsForAWriterThatRewritesTheFile)
+{
+    const QByteArray whole =
+        plist::write(plist::Dictionary{{u"Old"_s, 1}, {u"Theirs"_s, 2}}, plist::Format::Binary);
+    struct Step
+    {
+        double time;
+        qsizetype length; ///< of what is there of the file by then; -1 for all
+    };
+    struct Row
+    {
+        const char *name;
+        QList<Step> steps;
+        bool isProblemSeen;
+    };
+    const Row rows[] = {
+        {"emptied", {{0.0, 0}, {0.1, -1}}, false},
+        {"at the last moment", {{0.0, 0}, {0.49, -1}}, false},
+        {"in slow pieces", {{0.0, 0}, {0.4, 10}, {0.8, 20}, {1.2, -1}}, true},
+    };
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        QDir(folder()).removeRecursively();
+        storeDomain({{u"Old"_s, 1}});
+        const CapturedLog log;
+        FilePreferences preferences(home(), clock);
+        ports::Preferences::StoreState state;
+        bool isProblemSeen = false;
+        preferences.setStoreHandler([&](const QString &, const auto &latest) {
+            state = latest;
+            isProblemSeen = isProblemSeen || !latest.problem.isEmpty();
+        });
+        ASSERT_TRUE(preferences.appSynchronize(domain));
+        preferences.setAppValue(u"Ours"_s, 3, domain);
+        const double start = clock.control().steadyTime;
+        for (const Step &step : row.steps) {
+            EXPECT_EQ(preferences.copyAppValue(u"Old"_s, domain), plist::Value(1));
+            clock.control().steadyTime = start + step.time;
+            writeFile(path(), step.length < 0 ? whole : whole.first(step.length));
+            EXPECT_EQ(preferences.appStorePending(domain), step.length < 0);
+        }
+        EXPECT_EQ(storedDomain(),
+                  (plist::Dictionary{{u"Old"_s, 1}, {u"Theirs"_s, 2}, {u"Ours"_s, 3}}));
+        EXPECT_EQ(filesInFolder(), QStringList{fileName()});
+        EXPECT_EQ(state, ports::Preferences::StoreState());
+        EXPECT_EQ(isProblemSeen, row.isProblemSeen);
+        EXPECT_EQ(log.lines().size(), row.isProblemSeen ? 1 : 0);
     }
 }
 
@@ -186,6 +242,9 @@ TEST_F(FilePreferencesTest, KeepsWhatWasSeenBeforeTheDamage)
     FilePreferences preferences(home(), clock);
     ASSERT_TRUE(preferences.appSynchronize(domain));
     writeFile(path(), "damage");
+    ASSERT_TRUE(preferences.appSynchronize(domain));
+    EXPECT_EQ(log.lines().size(), 0);
+    clock.control().advance(0.5);
     ASSERT_TRUE(preferences.appSynchronize(domain));
     ASSERT_TRUE(preferences.appSynchronize(domain));
     EXPECT_EQ(log.lines().size(), 1);
@@ -212,7 +271,7 @@ TEST_F(FilePreferencesTest, FailsOnAFullDiskAndKeepsTheOldFile)
     EXPECT_EQ(filesInFolder(), QStringList{fileName()});
     EXPECT_EQ(preferences.copyAppValue(u"Long"_s, domain).toString().size(), 100000);
 
-    EXPECT_TRUE(preferences.appSynchronize(domain)) << "once there is room again";
+    EXPECT_TRUE(preferences.appStorePending(domain)) << "once there is room again";
     EXPECT_EQ(storedDomain().value(u"Long"_s).toString().size(), 100000);
 }
 
@@ -236,7 +295,12 @@ TEST_F(FilePreferencesTest, AWriteThatWaitedTakesNothingAway)
         {"one that was removed", two, one, {}, true},
         {"one that is as it was", two, one, two, false},
         {"one with the same change", two, one, one, false},
-        {"a single value", 1, 2, 3, false},
+        {"a single value", 1, 2, 3, true},
+        {"a single value of another type", 1, 2, 1.0, true},
+        {"a single value that was removed", 1, 2, {}, true},
+        {"a removal", 1, {}, 3, true},
+        {"a new value", {}, 2, 3, true},
+        {"a single value that is as it was", 1, 2, 1, false},
     };
     for (const Row &row : rows) {
         SCOPED_TRACE(row.name);
@@ -254,7 +318,11 @@ TEST_F(FilePreferencesTest, AWriteThatWaitedTakesNothingAway)
         }
         EXPECT_FALSE(state.problem.isEmpty());
         storeDomain({{u"Key"_s, row.meanwhile}});
-        EXPECT_EQ(ours.appSynchronize(domain), !row.isLost);
+        const QByteArray theirs = readFile(path());
+        EXPECT_FALSE(ours.appSynchronize(domain));
+        EXPECT_EQ(readFile(path()), theirs) << "without a new write, nothing is stored";
+        EXPECT_EQ(state.isOvertaken, row.isLost);
+        EXPECT_TRUE(ours.appStorePending(domain));
         const plist::Value &expected = row.isLost ? row.meanwhile : row.written;
         EXPECT_EQ(storedDomain().value(u"Key"_s), expected);
         EXPECT_EQ(ours.copyAppValue(u"Key"_s, domain), expected);
@@ -277,7 +345,7 @@ TEST_F(FilePreferencesTest, AListMadeWithoutTheStoredOneDoesNotReplaceIt)
     preferences.setAppValue(u"Level"_s, 4, domain);
     EXPECT_FALSE(preferences.appSynchronize(domain));
     ASSERT_TRUE(QFile::remove(path()) && QFile::rename(away, path()));
-    EXPECT_FALSE(preferences.appSynchronize(domain));
+    EXPECT_FALSE(preferences.appStorePending(domain));
     EXPECT_EQ(storedDomain(),
               (plist::Dictionary{{u"List"_s, plist::Array{1, 2}}, {u"Level"_s, 4}}));
 }
@@ -406,22 +474,90 @@ TEST_F(FilePreferencesTest, WritesThroughASymbolicLink)
     }
 }
 
+TEST_F(FilePreferencesTest, ReplacesALinkToADamagedFile)
+{
+    const QString target = home() + u"/dotfiles/notes"_s;
+    writeFile(target, "of another program");
+    ASSERT_TRUE(QDir().mkpath(folder()) && QFile::link(target, path()));
+    const CapturedLog log;
+    FilePreferences preferences(home(), clock);
+    ports::Preferences::StoreState state;
+    preferences.setStoreHandler([&state](const QString &, const auto &latest) { state = latest; });
+    ASSERT_TRUE(preferences.appSynchronize(domain));
+    clock.control().advance(0.5);
+    preferences.setAppValue(u"New"_s, 1, domain);
+    ASSERT_TRUE(preferences.appSynchronize(domain));
+    EXPECT_FALSE(QFileInfo(path()).isSymLink());
+    EXPECT_EQ(storedDomain(), (plist::Dictionary{{u"New"_s, 1}}));
+    EXPECT_EQ(filesInFolder(), QStringList{fileName()});
+    EXPECT_EQ(readFile(target), "of another program");
+    EXPECT_EQ(QDir(home() + u"/dotfiles"_s).entryList(QDir::Files), QStringList{u"notes"_s});
+    EXPECT_EQ(state.setAside, target);
+    EXPECT_EQ(log.containing(u"stay as %1"_s.arg(target)).size(), 1);
+}
+
+TEST_F(FilePreferencesTest, FollowsNoLinkThatAStrangerPut)
+{
+    if (::geteuid() != 0)
+        GTEST_SKIP() << "for root alone, who can make files of others";
+    constexpr uid_t stranger = 4711;
+    struct Row
+    {
+        const char *name;
+        uid_t ownerOfLink;
+        mode_t folder;
+        uid_t ownerOfFolder;
+        bool isFollowed;
+    };
+    const Row rows[] = {
+        {"ours", 0, 0777, 0, true},
+        {"a stranger's, in our folder", stranger, 0755, 0, true},
+        {"a stranger's, where all may write", stranger, 0777, 0, false},
+        {"a stranger's, where the group may write", stranger, 0770, 0, false},
+        {"a stranger's, in the stranger's folder", stranger, 0700, stranger, false},
+    };
+    const QString target = home() + u"/secret"_s;
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        QDir(folder()).removeRecursively();
+        writeFile(target, plist::write(plist::Dictionary{{u"Old"_s, 1}}, plist::Format::Binary));
+        const QByteArray before = readFile(target);
+        ASSERT_TRUE(QDir().mkpath(folder()) && QFile::link(target, path()));
+        const QByteArray folderName = QFile::encodeName(folder());
+        ASSERT_EQ(::chmod(folderName.constData(), row.folder), 0);
+        ASSERT_EQ(::chown(folderName.constData(), row.ownerOfFolder, 0), 0);
+        ASSERT_EQ(::lchown(QFile::encodeName(path()).constData(), row.ownerOfLink, 0), 0);
+        FilePreferences preferences(home(), clock);
+        EXPECT_EQ(preferences.copyAppValue(u"Old"_s, domain).isNull(), !row.isFollowed);
+        preferences.setAppValue(u"New"_s, 2, domain);
+        ASSERT_TRUE(preferences.appSynchronize(domain));
+        EXPECT_EQ(QFileInfo(path()).isSymLink(), row.isFollowed);
+        EXPECT_EQ(storedDomain().contains(u"Old"_s), row.isFollowed);
+        EXPECT_EQ(storedDomain().value(u"New"_s), plist::Value(2));
+        EXPECT_EQ(readFile(target) == before, !row.isFollowed);
+    }
+}
+
 TEST_F(FilePreferencesTest, GivesUpOnALockThatIsNotLetGo)
 {
     storeDomain({{u"Old"_s, 1}});
     const QByteArray before = readFile(path());
     const CapturedLog log;
-    FilePreferences preferences(home(), clock, 3);
+    FilePreferences preferences(home(), clock);
     preferences.setAppValue(u"New"_s, 2, domain);
     {
         ChildProcess holder({TARNWELL_PREFERENCES_PEER, "hold", QFile::encodeName(path())});
         ASSERT_EQ(holder.readLine(), "0");
+        QElapsedTimer time;
+        time.start();
         EXPECT_FALSE(preferences.appSynchronize(domain));
-        EXPECT_FALSE(preferences.appSynchronize(domain));
+        EXPECT_FALSE(preferences.appStorePending(domain));
+        // Far more than it may take, so that a busy machine does not matter.
+        EXPECT_LT(time.elapsed(), 2000);
         EXPECT_EQ(readFile(path()), before);
         EXPECT_EQ(log.lines().size(), 1);
     }
-    EXPECT_TRUE(preferences.appSynchronize(domain));
+    EXPECT_TRUE(preferences.appStorePending(domain));
     EXPECT_EQ(storedDomain().value(u"New"_s), plist::Value(2));
 }
 

@@ -21,6 +21,16 @@ void report(int number)
     std::fflush(stdout);
 }
 
+/// Another process may hold the lock for longer than a synchronise waits.
+bool store(desktop::FilePreferences &preferences, const QString &domain)
+{
+    constexpr int tries = 1000;
+    bool isStored = preferences.appSynchronize(domain);
+    for (int i = 0; i < tries && !isStored; ++i)
+        isStored = preferences.appStorePending(domain);
+    return isStored;
+}
+
 /// Adds keys of its own, one at a time, and moves a counter.
 int addKeys(desktop::FilePreferences &preferences, const QString &domain, const QString &prefix,
             int count)
@@ -28,7 +38,7 @@ int addKeys(desktop::FilePreferences &preferences, const QString &domain, const 
     for (int i = 1; i <= count; ++i) {
         preferences.setAppValue(prefix + QString::number(i), i, domain);
         preferences.setAppValue(prefix, i, domain);
-        if (!preferences.appSynchronize(domain))
+        if (!store(preferences, domain))
             return 1;
     }
     return 0;
@@ -50,7 +60,9 @@ int changePair(desktop::FilePreferences &preferences, const QString &domain, int
 int holdLock(const QString &path)
 {
     QString error;
-    const auto locked = desktop::LockedFile::acquire(path, 1, &error);
+    using desktop::LockedFile;
+    const auto locked =
+        LockedFile::acquire(path, std::chrono::milliseconds(0), LockedFile::Links::Follow, &error);
     if (!locked)
         return 1;
     report(0);

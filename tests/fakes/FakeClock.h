@@ -9,7 +9,13 @@ struct FakeClockControl
 {
     double absoluteTime = 700000000.0; ///< in March 2023
 
-    void advance(double seconds) { absoluteTime += seconds; }
+    double steadyTime = 0.0;
+
+    void advance(double seconds)
+    {
+        absoluteTime += seconds;
+        steadyTime += seconds;
+    }
 };
 
 /// A clock that stands still unless a test moves it.
@@ -19,6 +25,7 @@ public:
     FakeClockControl &control() { return m_control; }
 
     double absoluteTime() const override { return m_control.absoluteTime; }
+    double steadyTime() const override { return m_control.steadyTime; }
 
 private:
     FakeClockControl m_control;

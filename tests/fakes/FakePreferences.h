@@ -37,8 +37,12 @@ public:
     }
     Domain storedDomain(const QString &domain) const { return m_stored.value(domain); }
 
-    /// Makes every synchronise fail until told otherwise; the writes then stay pending.
+    /// Makes every storing fail until told otherwise; the writes then stay pending.
     void setSynchronizeFails(bool fails) { m_synchronizeFails = fails; }
+
+    /// Has another process write the stored domain in place until told otherwise: nobody can read
+    /// it, and writes wait.
+    void setBeingWritten(bool isBeingWritten) { m_isBeingWritten = isBeingWritten; }
 
     /// Is called before every synchronise: another process that is at work at the same time.
     void setMeanwhile(const std::function<void()> &meanwhile) { m_meanwhile = meanwhile; }
@@ -59,6 +63,7 @@ private:
     QList<Write> m_writes;
     QStringList m_synchronizedDomains;
     bool m_synchronizeFails = false;
+    bool m_isBeingWritten = false;
     std::function<void()> m_meanwhile;
 };
 
@@ -81,26 +86,36 @@ public:
         m_pending[domain].note(key, value, seen(domain).value(key));
     }
 
-    bool appSynchronize(const QString &domain) override
+    bool appSynchronize(const QString &domain) override { return synchronize(domain, false); }
+    bool appStorePending(const QString &domain) override { return synchronize(domain, true); }
+
+private:
+    bool synchronize(const QString &domain, bool withAllWrites)
     {
         if (m_control.m_meanwhile)
             m_control.m_meanwhile();
         m_control.m_synchronizedDomains.append(domain);
         ports::PendingWrites &pending = m_pending[domain];
-        if (m_control.m_synchronizeFails) {
-            pending.failed();
-            reportStoring(domain, {pending.isEmpty() ? QString() : u"disk full"_qs, false, {}});
-            return false;
+        FakePreferencesControl::Domain &stored = m_control.m_stored[domain];
+        bool isGivenUp = false;
+        bool isStored = false;
+        QString problem;
+        if (!m_control.m_isBeingWritten) {
+            isGivenUp = pending.giveUpOvertaken(stored);
+            if (!m_control.m_synchronizeFails && (withAllWrites || pending.hasNew()))
+                stored = pending.appliedTo(stored);
+            m_seen.insert(domain, stored);
+            isStored = pending.areIn(stored);
+            problem = isStored ? QString() : u"disk full"_qs;
         }
-        const bool isGivenUp = pending.giveUpOvertaken(m_control.storedDomain(domain));
-        m_control.m_stored[domain] = pending.appliedTo(m_control.storedDomain(domain));
-        pending.stored();
-        m_seen.insert(domain, m_control.storedDomain(domain));
-        reportStoring(domain, {{}, pending.areLost(), {}});
-        return !isGivenUp;
+        if (isStored)
+            pending.stored();
+        else
+            pending.failed();
+        reportStoring(domain, {problem, pending.areLost(), {}, m_control.m_isBeingWritten});
+        return isStored ? !isGivenUp : pending.isEmpty();
     }
 
-private:
     const FakePreferencesControl::Domain &seen(const QString &domain) const
     {
         auto it = m_seen.find(domain);

@@ -44,6 +44,10 @@ public:
         m_target.setAppValue(key, value, domain);
     }
     bool appSynchronize(const QString &domain) override { return m_target.appSynchronize(domain); }
+    bool appStorePending(const QString &domain) override
+    {
+        return m_target.appStorePending(domain);
+    }
 
 private:
     ports::Preferences &m_target;
