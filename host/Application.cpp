@@ -1,5 +1,7 @@
 #include "host/Application.h"
 
+#include <QEvent>
+
 #include <exception>
 
 namespace tarnwell::host {
@@ -7,6 +9,18 @@ namespace tarnwell::host {
 void Application::setExceptionHandler(std::function<void(const QByteArray &)> handler)
 {
     m_handler = std::move(handler);
+}
+
+void Application::setQuitHandler(std::function<void()> handler)
+{
+    m_quitHandler = std::move(handler);
+}
+
+bool Application::event(QEvent *event)
+{
+    if (event->type() == QEvent::Quit && m_quitHandler)
+        m_quitHandler();
+    return QApplication::event(event);
 }
 
 bool Application::notify(QObject *receiver, QEvent *event)

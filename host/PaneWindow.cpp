@@ -2,7 +2,8 @@
 
 #include "host/ErrorPage.h"
 
-#include <QEvent>
+#include <QCloseEvent>
+#include <QPointer>
 #include <QShortcut>
 #include <QVBoxLayout>
 #include <QWindow>
@@ -63,6 +64,7 @@ void PaneWindow::fail(const PaneFailure &failure)
         return;
     m_selected = false;
     // A pane that has failed once may fail again while it goes away.
+    storeNow();
     runGuarded([this] { m_pane.reset(); });
     delete m_view;
     m_view = nullptr;
@@ -79,10 +81,54 @@ void PaneWindow::becomeActive()
         fail(*failure);
 }
 
+void PaneWindow::prepareForEnd()
+{
+    m_mayClose = true;
+    storeNow();
+}
+
+void PaneWindow::storeNow()
+{
+    if (m_pane)
+        runGuarded([this] { m_pane->willEnd(); });
+}
+
+void PaneWindow::closeEvent(QCloseEvent *event)
+{
+    if (m_pane && !m_mayClose && !m_isAsking) {
+        m_isAsking = true;
+        const auto failure = runGuarded([this] {
+            m_pane->askToClose([self = QPointer(this)](bool mayClose) {
+                if (self)
+                    self->takeReplyToClosing(mayClose);
+            });
+        });
+        if (failure)
+            fail(*failure);
+    }
+    event->setAccepted(!m_pane || m_mayClose);
+}
+
+void PaneWindow::takeReplyToClosing(bool mayClose)
+{
+    m_isAsking = false;
+    m_mayClose = mayClose;
+    // The event that closes is still at work if the pane replied at once, and then needs no help.
+    if (mayClose)
+        QMetaObject::invokeMethod(
+            this,
+            [this] {
+                if (isVisible())
+                    close();
+            },
+            Qt::QueuedConnection);
+}
+
 void PaneWindow::setVisible(bool visible)
 {
     if (visible && m_pane && !m_selected) {
         m_selected = true;
+        m_mayClose = false;
         if (const auto failure = runGuarded([this] { m_pane->willSelect(); }))
             fail(*failure);
     }

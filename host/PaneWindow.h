@@ -31,6 +31,12 @@ public:
     const ErrorPage *errorPage() const { return m_errorPage; }
     QWidget *mainView() const { return m_view; }
 
+    /// The program is about to end, whoever ends it: the pane stores what is left to store, and
+    /// closing this window asks nothing.
+    void prepareForEnd();
+    /// The session may be about to end, or not after all: the pane stores what is left to store.
+    void storeNow();
+
     /// Tells the pane that the user came back to the application. An activation that comes with
     /// the first showing brings nobody back, and is kept to itself.
     void becomeActive();
@@ -43,10 +49,13 @@ Q_SIGNALS:
     void appeared();
 
 protected:
+    /// Lets the pane decide, which may ask the user first.
+    void closeEvent(QCloseEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     void unselect();
+    void takeReplyToClosing(bool mayClose);
 
     QString m_titleSuffix;
     QString m_paneName;
@@ -56,6 +65,8 @@ private:
     bool m_selected = false;
     bool m_hasAppeared = false;
     bool m_isFirstShowing = true;
+    bool m_isAsking = false; ///< whether it may be closed
+    bool m_mayClose = false;
 };
 
 } // namespace tarnwell::host

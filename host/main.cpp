@@ -3,6 +3,7 @@
 #include "host/Application.h"
 #include "host/ColorScheme.h"
 #include "host/DesktopColorScheme.h"
+#include "host/EndSignals.h"
 #include "host/ErrorPage.h"
 #include "host/HostIcon.h"
 #include "host/Options.h"
@@ -15,6 +16,7 @@
 #include <QFileInfo>
 #include <QScreen>
 
+#include <csignal>
 #include <cstdio>
 
 using namespace Qt::StringLiterals;
@@ -122,6 +124,16 @@ int main(int argc, char **argv)
         icon,
     };
     window.setPane(host::loadPane(context));
+
+    // Whoever ends the session waits for no answer.
+    application.setQuitHandler([&window] { window.prepareForEnd(); });
+    QObject::connect(&application, &QGuiApplication::commitDataRequest, &window,
+                     &host::PaneWindow::storeNow, Qt::DirectConnection);
+    const host::EndSignals endSignals;
+    QObject::connect(&endSignals, &host::EndSignals::received, &window, [&window](int signal) {
+        window.prepareForEnd();
+        std::raise(signal);
+    });
 
     QObject::connect(&application, &QGuiApplication::applicationStateChanged, &window,
                      [&](Qt::ApplicationState state) {

@@ -10,6 +10,7 @@
 #include "ports/Timers.h"
 #include "prefs/ApplicationIdentity.h"
 #include "prefs/PreferenceKeys.h"
+#include "prefs/StoreRetry.h"
 #include "shortcuts/LayoutKeyCommandTranslator.h"
 #include "shortcuts/ShortcutTableModel.h"
 #include "ui/FirstPaint.h"

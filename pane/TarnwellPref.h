@@ -60,6 +60,7 @@ struct Notification;
 namespace tarnwell::prefs {
 struct ApplicationIdentityCache;
 struct IdentityContext;
+class StoreRetry;
 } // namespace tarnwell::prefs
 namespace tarnwell::shortcuts {
 class LayoutKeyCommandTranslator;
@@ -137,7 +138,9 @@ class TarnwellPref : public ui::PreferencePane
     TARNWELL_FIELD(QDialog *, bringBackSheet, setBringBackSheet)
     TARNWELL_FIELD(QListWidget *, bringBackList, setBringBackList)
     TARNWELL_FIELD(QLineEdit *, scFilterField, setScFilterField)
+    TARNWELL_FIELD(QWidget *, storeProblemBox, setStoreProblemBox)
     TARNWELL_FIELD(QLabel *, storeProblem, setStoreProblem)
+    TARNWELL_FIELD(QPushButton *, storeAgainButton, setStoreAgainButton)
     TARNWELL_FIELD(QPushButton *, scFilterKeysButton, setScFilterKeysButton)
     TARNWELL_FIELD(QLabel *, scNoMatch, setScNoMatch)
     TARNWELL_FIELD(QLabel *, pluginProblem, setPluginProblem)
@@ -159,6 +162,8 @@ public:
     void willSelect() override;
     void willUnselect() override;
     void hostDidBecomeActive() override;
+    void askToClose(std::function<void(bool mayClose)> reply) override;
+    void willEnd() override;
     void applicationDidBecomeActive(const ports::Notification &notification);
     /// The plug-in stored something: shows it, and writes nothing back.
     void tarnwellUpdate(const ports::Notification &notification);
@@ -166,6 +171,9 @@ public:
     /// Fills the version label and its tool tip from the bundle.
     void setVersionField();
     QIcon overlayIcon(const QIcon &baseIcon, const QString &withProductIcon);
+
+    /// Tries once more to store what could not be stored.
+    void doStoreAgain(QObject *sender);
 
     // Sheets (pane/)
     void doAbout(QObject *sender);
@@ -284,8 +292,11 @@ private:
     void showMenuAccEnabled(const prefs::CFPreferencesWrapper_Tarnwell &wrapper);
     /// Shows what another process may have changed, shortcuts apart.
     void showStoredOptions();
+    /// Shows from now on how the storing of changes goes, and sees to it that it gets done.
+    void followStoring();
     /// Says what there is to say of the storing of changes, if anything.
-    void showStoreState(const ports::Preferences::StoreState &state);
+    void showStoreState(const ports::Preferences::StoreState &state, const QString &problemFormat);
+    void askToDropChanges(const std::function<void(bool mayClose)> &reply);
     shortcuts::ShortcutBackups shortcutBackups() const;
     /// Keeps the stored shortcuts and stores others in their place; none at all removes the key.
     /// False, after telling the user, when the stored ones could not be kept.
@@ -360,6 +371,7 @@ private:
     bool m_isHotKeyRecorded = false;   ///< what the sheet shows was pressed, not stored
     std::unique_ptr<QWidget> m_helpWindow;
     QTextBrowser *m_helpText = nullptr; ///< in the help window
+    std::unique_ptr<prefs::StoreRetry> m_storeRetry;
     std::unique_ptr<update::UpdateProcessState> m_updateState;
     std::unique_ptr<update::QXVCUpdateViewController_V102> m_updateController;
     /// Sheets of the interface; the main view belongs to the host.

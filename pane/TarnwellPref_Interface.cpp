@@ -71,7 +71,9 @@ void TarnwellPref::addOutlets(ui::InterfaceOwner &owner)
     TARNWELL_OUTLET(QDialog, bringBackSheet, setBringBackSheet);
     TARNWELL_OUTLET(QListWidget, bringBackList, setBringBackList);
     TARNWELL_OUTLET(QLineEdit, scFilterField, setScFilterField);
+    TARNWELL_OUTLET(QWidget, storeProblemBox, setStoreProblemBox);
     TARNWELL_OUTLET(QLabel, storeProblem, setStoreProblem);
+    TARNWELL_OUTLET(QPushButton, storeAgainButton, setStoreAgainButton);
     TARNWELL_OUTLET(QPushButton, scFilterKeysButton, setScFilterKeysButton);
     TARNWELL_OUTLET(QLabel, scNoMatch, setScNoMatch);
     TARNWELL_OUTLET(QLabel, pluginProblem, setPluginProblem);
@@ -88,6 +90,7 @@ void TarnwellPref::addActions(ui::InterfaceOwner &owner)
     owner.addAction(QStringLiteral(#name ":"), [this](QObject *sender) { name(sender); })
 
     TARNWELL_ACTION(doOptionsCheckboxes);
+    TARNWELL_ACTION(doStoreAgain);
     TARNWELL_ACTION(doPopup);
     TARNWELL_ACTION(doRestoreOriginal);
     TARNWELL_ACTION(doRemoveApp);

@@ -10,12 +10,10 @@
 #include "ports/HostApplication.h"
 #include "ports/KeyboardLayouts.h"
 #include "ports/NotificationCenter.h"
-#include "ports/Preferences.h"
 #include "ports/SystemFacts.h"
 #include "ports/Workspace.h"
 #include "prefs/PreferenceKeys.h"
 #include "shortcuts/ShortcutTableModel.h"
-#include "ui/Announcement.h"
 #include "update/QXVCUpdateViewController_V102.h"
 
 #include <QCheckBox>
@@ -125,12 +123,7 @@ void TarnwellPref::mainViewDidLoad()
     connect(&m_desktop.keyboardLayouts, &ports::KeyboardLayouts::currentKeyboardLayoutChanged, this,
             &TarnwellPref::refreshWithoutWriting);
 
-    m_desktop.preferences.setStoreHandler(
-        [self = QPointer(this)](const QString &domain,
-                                const ports::Preferences::StoreState &state) {
-            if (self && domain == prefs::pluginDomain)
-                self->showStoreState(state);
-        });
+    followStoring();
 
     const auto wrapper = preferences();
     showDisabled(*wrapper);
@@ -215,25 +208,6 @@ void TarnwellPref::showStoredOptions()
     showMenuAccEnabled(*wrapper);
     if (hotkey::storedHotKey(*wrapper))
         updateMenuAccText(menuAccHotKey());
-}
-
-void TarnwellPref::showStoreState(const ports::Preferences::StoreState &state)
-{
-    QStringList lines;
-    if (!state.problem.isEmpty())
-        lines += localized("Your changes are kept in this window but could not be stored: %1")
-                     .arg(state.problem);
-    if (state.isOvertaken)
-        lines += localized("A change of yours could not be stored in time: another program has "
-                           "changed the same setting. This window shows what is stored.");
-    if (!state.setAside.isEmpty())
-        lines += localized("The stored settings were damaged. They are kept as \"%1\" in "
-                           "Library/Preferences, and new ones were begun.")
-                     .arg(state.setAside);
-    storeProblem()->setVisible(!lines.isEmpty());
-    storeProblem()->setText(lines.join(u'\n'));
-    if (!lines.isEmpty())
-        ui::announce(storeProblem());
 }
 
 void TarnwellPref::rebuildPopupKeepingSelection()

@@ -4,6 +4,7 @@
 #include <QString>
 #include <QtPlugin>
 
+#include <functional>
 #include <memory>
 
 class QWidget;
@@ -43,6 +44,15 @@ public:
 
     /// The user came back to the host application.
     virtual void hostDidBecomeActive() = 0;
+
+    /// The user wants to close the window. Replies once, at once or from the event loop: true when
+    /// it may be closed, false when it is to stay, perhaps after asking the user in a sheet. Not
+    /// called again before the reply.
+    virtual void askToClose(std::function<void(bool mayClose)> reply) = 0;
+
+    /// The program is about to end, and nobody can be asked: stores what is left to store, or logs
+    /// that it could not. The program may go on all the same.
+    virtual void willEnd() = 0;
 };
 
 /// Makes panes. The executable of a pane bundle is a Qt plug-in with this interface at its root.
@@ -61,5 +71,5 @@ public:
 
 /// The number at the end is the ABI: it rises with every change of the classes above, and a pane of
 /// another number is refused with a message.
-#define TARNWELL_PANE_FACTORY_IID "com.varnit.PreferencePaneFactory/1"
+#define TARNWELL_PANE_FACTORY_IID "com.varnit.PreferencePaneFactory/2"
 Q_DECLARE_INTERFACE(tarnwell::ui::PreferencePaneFactory, TARNWELL_PANE_FACTORY_IID)

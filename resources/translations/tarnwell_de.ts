@@ -265,6 +265,18 @@
         <translation>Entfernt alle geänderten Tastenkürzel des gewählten Programms</translation>
     </message>
     <message>
+        <source>Try A&amp;gain</source>
+        <translation>Erneut versu&amp;chen</translation>
+    </message>
+    <message>
+        <source>Try Again</source>
+        <translation>Erneut versuchen</translation>
+    </message>
+    <message>
+        <source>Tries once more to store your changes</source>
+        <translation>Versucht noch einmal, Ihre Änderungen zu speichern</translation>
+    </message>
+    <message>
         <source>E&amp;xclude List</source>
         <translation>Ausnahme&amp;liste</translation>
     </message>
@@ -1303,12 +1315,38 @@
         <translation>Ihre Änderungen bleiben in diesem Fenster, konnten aber nicht gespeichert werden: %1</translation>
     </message>
     <message>
+        <source>Your changes are kept in this window but still could not be stored: %1</source>
+        <translation>Ihre Änderungen bleiben in diesem Fenster, konnten aber auch jetzt nicht gespeichert werden: %1</translation>
+    </message>
+    <message>
+        <source>Your Changes Are Not Stored</source>
+        <translation>Ihre Änderungen sind nicht gespeichert</translation>
+    </message>
+    <message>
+        <source>Changes that you made in this window could not be stored: %1
+If you close it without storing them, they are lost.</source>
+        <translation>Änderungen, die Sie in diesem Fenster vorgenommen haben, konnten nicht gespeichert werden: %1
+Wenn Sie es schließen, ohne sie zu speichern, gehen sie verloren.</translation>
+    </message>
+    <message>
+        <source>Try Again</source>
+        <translation>Erneut versuchen</translation>
+    </message>
+    <message>
+        <source>Close Without Storing</source>
+        <translation>Schließen, ohne zu speichern</translation>
+    </message>
+    <message>
+        <source>Keep Open</source>
+        <translation>Offen lassen</translation>
+    </message>
+    <message>
         <source>A change of yours could not be stored in time: another program has changed the same setting. This window shows what is stored.</source>
         <translation>Eine Ihrer Änderungen konnte nicht rechtzeitig gespeichert werden: Ein anderes Programm hat dieselbe Einstellung geändert. Dieses Fenster zeigt, was gespeichert ist.</translation>
     </message>
     <message>
-        <source>The stored settings were damaged. They are kept as &quot;%1&quot; in Library/Preferences, and new ones were begun.</source>
-        <translation>Die gespeicherten Einstellungen waren beschädigt. Sie sind als „%1“ in Library/Preferences aufbewahrt, und neue wurden begonnen.</translation>
+        <source>The stored settings were damaged. They are kept as &quot;%1&quot;, and new ones were begun.</source>
+        <translation>Die gespeicherten Einstellungen waren beschädigt. Sie sind als „%1“ aufbewahrt, und neue wurden begonnen.</translation>
     </message>
     <message>
         <source>Left out as incomplete: %1. The first one: %2</source>

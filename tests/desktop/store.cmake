@@ -2,7 +2,8 @@ add_executable(preferences_peer PreferencesPeer.cpp)
 target_link_libraries(preferences_peer PRIVATE tarnwell_desktop)
 
 tarnwell_test(desktop_preferences_test
-    SOURCES FilePreferencesTest.cpp FilePreferencesProcessesTest.cpp
+    SOURCES FilePreferencesTest.cpp FilePreferencesLinksTest.cpp
+            FilePreferencesProcessesTest.cpp
     LINKS tarnwell_desktop tarnwell_fakes
     TIMEOUT 300)
 target_compile_definitions(desktop_preferences_test PRIVATE

@@ -73,6 +73,8 @@ public:
 
     void willUnselect() override { say("willUnselect"); }
     void hostDidBecomeActive() override { say("hostDidBecomeActive"); }
+    void askToClose(std::function<void(bool)> reply) override { reply(true); }
+    void willEnd() override { say("willEnd"); }
 
 private:
     void throwAt(const QString &step) const

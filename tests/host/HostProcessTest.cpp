@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -156,7 +158,7 @@ TEST(HostProcess, ShowsWhyAPaneCannotBeShown)
         {"no executable", u"Good"_s, {}, u"The pane’s program is missing"_s},
         {"text as executable", u"Good"_s, u"text"_s, u"damaged, or no program at all"_s},
         {"older interface", u"Good"_s, u"older_pane.so"_s,
-         u"its interface is number 0, this program’s is number 1"_s},
+         u"its interface is number 1, this program’s is number 2"_s},
         {"other plug-in", u"Good"_s, u"other_plugin.so"_s, u"a plug-in of another kind"_s},
         {"no class named", u""_s, u"right_pane.so"_s, u"does not say which class"_s},
         {"no such class", u"Absent"_s, u"right_pane.so"_s, u"lacks the class “Absent”"_s},
@@ -217,6 +219,25 @@ TEST(HostProcess, WorksWithoutADisplay)
     const HostRun interactive = host.run({}, false);
     EXPECT_EQ(interactive.status, 1);
     EXPECT_TRUE(interactive.errors.contains(u"There is no display"_s));
+}
+
+TEST(HostProcess, LetsThePaneStoreBeforeASignalEndsIt)
+{
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+        SCOPED_TRACE(signal);
+        Host host;
+        host.writeInfo(u"Good"_s);
+        host.putExecutable(u"right_pane.so"_s);
+        QProcess process;
+        process.start(qEnvironmentVariable("TARNWELL_SETTINGS"), {u"--pane"_s, host.bundle()});
+        while (!process.canReadLine() || !process.readLine().contains("willSelect"))
+            ASSERT_TRUE(process.waitForReadyRead(-1));
+        ::kill(pid_t(process.processId()), signal);
+        ASSERT_TRUE(process.waitForFinished(-1));
+        EXPECT_EQ(steps(QString::fromUtf8(process.readAllStandardOutput())),
+                  QStringList{u"willEnd"_s});
+        EXPECT_EQ(process.exitStatus(), QProcess::CrashExit) << "the signal still ends it";
+    }
 }
 
 TEST(HostProcess, ReportsPicturesThatCannotBeWritten)

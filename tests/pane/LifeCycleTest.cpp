@@ -1,3 +1,4 @@
+#include "desktop/CapturedLog.h"
 #include "pane/Catalogues.h"
 #include "support/PaneFixture.h"
 #include "ui/InterfaceFile.h"
@@ -191,12 +192,109 @@ TEST_F(LifeCycle, SaysWhileChangesCannotBeStored)
     EXPECT_FALSE(pane->storeProblem()->isVisible()) << "nothing waits to be stored";
     pane->menuAccEnabled()->click();
     EXPECT_TRUE(pane->storeProblem()->isVisible());
-    EXPECT_TRUE(pane->storeProblem()->text().contains("disk full"_L1));
+    const QString said = pane->storeProblem()->text();
+    EXPECT_TRUE(said.contains("disk full"_L1));
     EXPECT_FALSE(pane->menuAccEnabled()->isChecked()) << "the change is kept";
+    pane->storeAgainButton()->click();
+    EXPECT_NE(pane->storeProblem()->text(), said) << "the button is seen to have done something";
     preferences.control().setSynchronizeFails(false);
     postRefresh();
+    EXPECT_TRUE(stored(u"MenuAcceleratorEnabled"_s).isNull()) << "a refresh stores nothing";
+    timers.control().advance(1.0);
     EXPECT_FALSE(pane->storeProblem()->isVisible());
     EXPECT_EQ(stored(u"MenuAcceleratorEnabled"_s), plist::Value(false));
+
+    preferences.control().setSynchronizeFails(true);
+    pane->menuAccEnabled()->click();
+    preferences.control().setSynchronizeFails(false);
+    pane->storeAgainButton()->click();
+    EXPECT_EQ(stored(u"MenuAcceleratorEnabled"_s), plist::Value(true));
+    EXPECT_FALSE(pane->storeAgainButton()->isVisible());
+}
+
+TEST_F(LifeCycle, ShowsWhatWasStoredInPlaceOfADelayedChange)
+{
+    showPane();
+    preferences.control().setSynchronizeFails(true);
+    pane->menuAccEnabled()->click();
+    ASSERT_FALSE(pane->menuAccEnabled()->isChecked());
+    store(u"MenuAcceleratorEnabled"_s, true);
+    preferences.control().setSynchronizeFails(false);
+    timers.control().advance(1.0);
+    EXPECT_TRUE(pane->menuAccEnabled()->isChecked());
+    EXPECT_EQ(stored(u"MenuAcceleratorEnabled"_s), plist::Value(true));
+    EXPECT_TRUE(pane->storeProblem()->text().contains("another program"_L1));
+    EXPECT_FALSE(pane->storeAgainButton()->isVisible()) << "nothing is left to store";
+}
+
+TEST_F(LifeCycle, WaitsForAnotherProcessThatWritesTheDomain)
+{
+    showPane();
+    preferences.control().setBeingWritten(true);
+    pane->menuAccEnabled()->click();
+    store(u"Disabled"_s, true);
+    EXPECT_FALSE(pane->storeProblem()->isVisible()) << "no problem yet";
+    std::optional<bool> mayClose;
+    pane->askToClose([&mayClose](bool may) { mayClose = may; });
+    EXPECT_EQ(mayClose, std::nullopt);
+    timers.control().advance(0.2);
+    preferences.control().setBeingWritten(false);
+    timers.control().advance(0.05);
+    EXPECT_EQ(mayClose, true);
+    EXPECT_EQ(stored(u"MenuAcceleratorEnabled"_s), plist::Value(false));
+    EXPECT_FALSE(pane->enabledCheckbox()->isChecked()) << "what is read again is shown";
+}
+
+TEST_F(LifeCycle, AsksBeforeChangesAreLost)
+{
+    struct Row
+    {
+        const char *name;
+        bool fails;           ///< also when the window is to be closed
+        QList<int> answers;   ///< to the question
+        bool failsAfterwards; ///< once it was asked
+        bool mayClose;
+        bool isStored;
+    };
+    const Row rows[] = {
+        {"storable again", false, {}, false, true, true},
+        {"kept open", true, {0}, true, false, false},
+        {"dropped", true, {-1}, true, true, false},
+        {"tried again", true, {1}, false, true, true},
+        {"tried again and kept open", true, {1, 0}, true, false, false},
+    };
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        store(u"MenuAcceleratorEnabled"_s, {});
+        preferences.appSynchronize(prefs::pluginDomain);
+        showPane();
+        QList<bool> replies;
+        const auto reply = [&replies](bool mayClose) { replies += mayClose; };
+        pane->askToClose(reply);
+        EXPECT_EQ(std::exchange(replies, {}), QList<bool>{true}) << "nothing waits";
+
+        preferences.control().setSynchronizeFails(true);
+        pane->menuAccEnabled()->click();
+        preferences.control().setSynchronizeFails(row.fails);
+        pane->askToClose(reply);
+        preferences.control().setSynchronizeFails(row.failsAfterwards);
+        for (const int answer : row.answers) {
+            EXPECT_TRUE(replies.isEmpty());
+            EXPECT_TRUE(sheetsControl.alerts().last().alert.message.contains("disk full"_L1));
+            ASSERT_TRUE(sheetsControl.answer(answer));
+        }
+        EXPECT_FALSE(sheetsControl.hasOpenAlert());
+        EXPECT_EQ(replies, QList<bool>{row.mayClose});
+        EXPECT_EQ(!stored(u"MenuAcceleratorEnabled"_s).isNull(), row.isStored);
+
+        const CapturedLog log;
+        pane->willEnd();
+        EXPECT_EQ(log.containing(u"disk full"_s).size(), row.isStored ? 0 : 1);
+        preferences.control().setSynchronizeFails(false);
+        pane->willEnd();
+        EXPECT_EQ(stored(u"MenuAcceleratorEnabled"_s), plist::Value(false));
+        TearDown();
+    }
 }
 
 TEST_F(LifeCycle, AnotherSenderWritesNothing)

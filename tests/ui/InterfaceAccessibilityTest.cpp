@@ -109,8 +109,8 @@ TEST_P(InterfaceAccessibilityTest, MnemonicsOfAPageAreUnlikeOneAnother)
             everywhere.append(mnemonic(tabs->tabText(i)));
             pages.append(tabs->widget(i));
         }
-        everywhere.append(
-            mnemonic(root().findChild<QAbstractButton *>(u"enabledCheckbox"_s)->text()));
+        for (const QString &name : {u"enabledCheckbox"_s, u"storeAgainButton"_s})
+            everywhere.append(mnemonic(root().findChild<QAbstractButton *>(name)->text()));
     } else {
         pages.append(&root());
     }
