@@ -3,7 +3,8 @@
 namespace tarnwell::pane {
 
 PaneDesktop::PaneDesktop(const ui::PaneContext &context)
-    : m_places{context.home, context.root}
+    : m_homeOwner(context.home)
+    , m_places{context.home, context.root}
     , m_preferences(context.home, m_clock)
     , m_applications(m_places, m_bundles)
     , m_fileManager(m_places, m_bundles)

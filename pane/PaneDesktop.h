@@ -7,6 +7,7 @@
 #include "desktop/DistributedNotifications.h"
 #include "desktop/FileBookmarks.h"
 #include "desktop/FilePreferences.h"
+#include "desktop/HomeOwner.h"
 #include "desktop/LinuxSession.h"
 #include "desktop/LinuxSystemFacts.h"
 #include "desktop/LocalFileManager.h"
@@ -33,7 +34,8 @@
 namespace tarnwell::pane {
 
 /// The real desktop of one pane, and the caches that live as long as it. None of the services does
-/// work before it is first asked, so making them costs the window nothing.
+/// work before it is first asked, so making them costs the window nothing. Where root makes it on
+/// somebody else's home, this thread acts on files as that home's owner from then on.
 class PaneDesktop
 {
 public:
@@ -46,6 +48,7 @@ public:
     void setMissedNotificationsHandler(std::function<void()> handler);
 
 private:
+    desktop::HomeOwner m_homeOwner; ///< before anything looks into the home
     desktop::Places m_places;
     desktop::SystemClock m_clock;
     desktop::QtTimers m_timers;

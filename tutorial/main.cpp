@@ -5,6 +5,7 @@
 #include "desktop/DistributedNotifications.h"
 #include "desktop/FileBookmarks.h"
 #include "desktop/FilePreferences.h"
+#include "desktop/HomeOwner.h"
 #include "desktop/LinuxSystemFacts.h"
 #include "desktop/LocalFileManager.h"
 #include "desktop/QtTimers.h"
@@ -110,6 +111,7 @@ void followColorScheme(host::DesktopColorScheme &desktopScheme, host::ColorSchem
 int run(const tutorial::Options &options)
 {
     const desktop::Places places = placesOf(options);
+    const desktop::HomeOwner owner(places.home);
     const desktop::SystemClock clock;
     desktop::QtTimers timers;
     desktop::DistributedNotifications notifications(timers);

@@ -1,5 +1,6 @@
 #include "desktop/ApplicationLauncher.h"
 
+#include "desktop/FileSystemIds.h"
 #include "foundation/DesktopEntry.h"
 #include "foundation/Logging.h"
 #include "foundation/StatusCodes.h"
@@ -12,6 +13,7 @@
 #include <gio/gdesktopappinfo.h>
 
 #include <memory>
+#include <vector>
 
 namespace tarnwell::desktop {
 
@@ -34,6 +36,40 @@ bool succeeded(gboolean result, GError *error)
     return result;
 }
 
+void becomeFileUserInChild(gpointer)
+{
+    becomeFileUser();
+}
+
+/// Starts a program, detached, as the one whom we act for: it was found in that person's folders,
+/// so it gets that person's rights and no others.
+bool startAsFileUser(const QString &folder, const QStringList &command,
+                     const QStringList &environment)
+{
+    const auto native = [](const QStringList &texts) {
+        QByteArrayList bytes;
+        for (const QString &text : texts)
+            bytes.append(QFile::encodeName(text));
+        return bytes;
+    };
+    const auto pointers = [](QByteArrayList &bytes) {
+        std::vector<char *> list;
+        for (QByteArray &entry : bytes)
+            list.push_back(entry.data());
+        list.push_back(nullptr);
+        return list;
+    };
+    QByteArrayList words = native(command);
+    QByteArrayList variables = native(environment);
+    const QByteArray nativeFolder = QFile::encodeName(folder);
+    GError *error = nullptr;
+    const gboolean result =
+        g_spawn_async(nativeFolder.isEmpty() ? nullptr : nativeFolder.constData(),
+                      pointers(words).data(), pointers(variables).data(),
+                      G_SPAWN_STDOUT_TO_DEV_NULL, becomeFileUserInChild, nullptr, nullptr, &error);
+    return succeeded(result, error);
+}
+
 bool start(const Places &places, const QString &program, const QStringList &arguments)
 {
     QProcess process;
@@ -41,17 +77,39 @@ bool start(const Places &places, const QString &program, const QStringList &argu
     process.setArguments(arguments);
     if (QFileInfo(places.home).isDir())
         process.setWorkingDirectory(places.home);
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     if (!places.areReal()) {
         // A program of ours is to look where we look; every other one lets them be.
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(u"TARNWELL_HOME"_s, places.home);
         environment.insert(u"TARNWELL_ROOT"_s, places.root);
-        process.setProcessEnvironment(environment);
     }
+    if (actsForSomebodyElse()) {
+        environment.insert(u"HOME"_s, places.home);
+        return startAsFileUser(process.workingDirectory(), QStringList(program) + arguments,
+                               environment.toStringList());
+    }
+    process.setProcessEnvironment(environment);
     // What it prints is none of ours.
     process.setStandardInputFile(QProcess::nullDevice());
     process.setStandardOutputFile(QProcess::nullDevice());
     return process.startDetached();
+}
+
+/// Starts a desktop entry with files or addresses, with the rights of the one whom we act for.
+bool launch(GDesktopAppInfo *entry, GList *uris)
+{
+    const std::unique_ptr<GAppLaunchContext, Unref> context(g_app_launch_context_new());
+    GSpawnChildSetupFunc becomeUser = nullptr;
+    if (actsForSomebodyElse()) {
+        becomeUser = becomeFileUserInChild;
+        g_app_launch_context_setenv(context.get(), "HOME",
+                                    QFile::encodeName(homeOfFileUser()).constData());
+    }
+    GError *error = nullptr;
+    const gboolean result =
+        g_desktop_app_info_launch_uris_as_manager(entry, uris, context.get(), G_SPAWN_SEARCH_PATH,
+                                                  becomeUser, nullptr, nullptr, nullptr, &error);
+    return succeeded(result, error);
 }
 
 /// Starts a desktop entry the way the rest of the desktop does: terminal programs get a terminal,
@@ -62,16 +120,11 @@ bool startThroughDesktop(const QString &entryPath, const QString &document)
         g_desktop_app_info_new_from_filename(QFile::encodeName(entryPath).constData()));
     if (!entry)
         return false;
-    GList *files = nullptr;
-    std::unique_ptr<GFile, Unref> file;
-    if (!document.isEmpty()) {
-        file.reset(g_file_new_for_path(QFile::encodeName(document).constData()));
-        files = g_list_append(files, file.get());
-    }
-    GError *error = nullptr;
-    const gboolean result = g_app_info_launch(G_APP_INFO(entry.get()), files, nullptr, &error);
-    g_list_free(files);
-    return succeeded(result, error);
+    QByteArray uri = QUrl::fromLocalFile(document).toEncoded(QUrl::FullyEncoded);
+    GList *uris = document.isEmpty() ? nullptr : g_list_append(nullptr, uri.data());
+    const bool started = launch(entry.get(), uris);
+    g_list_free(uris);
+    return started;
 }
 
 } // namespace
@@ -117,9 +170,21 @@ int launchApplicationWithArguments(const Places &places, const foundation::Bundl
 bool launchDefaultApplication(const QUrl &url)
 {
     GError *error = nullptr;
-    const QByteArray uri = url.toEncoded(QUrl::FullyEncoded);
-    const gboolean result = g_app_info_launch_default_for_uri(uri.constData(), nullptr, &error);
-    return succeeded(result, error);
+    QByteArray uri = url.toEncoded(QUrl::FullyEncoded);
+    if (!actsForSomebodyElse()) {
+        const gboolean result = g_app_info_launch_default_for_uri(uri.constData(), nullptr, &error);
+        return succeeded(result, error);
+    }
+    const std::unique_ptr<GFile, Unref> file(g_file_new_for_uri(uri.constData()));
+    const std::unique_ptr<GAppInfo, Unref> handler(
+        g_file_query_default_handler(file.get(), nullptr, &error));
+    if (!handler)
+        return succeeded(false, error);
+    GList *uris = g_list_append(nullptr, uri.data());
+    const bool started =
+        G_IS_DESKTOP_APP_INFO(handler.get()) && launch(G_DESKTOP_APP_INFO(handler.get()), uris);
+    g_list_free(uris);
+    return started;
 }
 
 } // namespace tarnwell::desktop

@@ -1,7 +1,6 @@
 #include "desktop/LockedFile.h"
 
 #include "desktop/LinkTarget.h"
-#include "foundation/Logging.h"
 
 #include <QFile>
 #include <QRandomGenerator>
@@ -45,17 +44,6 @@ bool isFileOfName(int fd, int folder, const QByteArray &name)
            opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
 }
 
-/// Leaves a new file to whom a file beside it belongs, or the folder: a pane that root runs in
-/// somebody's home must not shut that user out of the settings.
-void giveToOwner(int fd, int folder, const QByteArray &beside)
-{
-    struct stat owner;
-    const bool isKnown = ::fstatat(folder, beside.constData(), &owner, AT_SYMLINK_NOFOLLOW) == 0 ||
-                         ::fstat(folder, &owner) == 0;
-    if (::geteuid() == 0 && isKnown && ::fchown(fd, owner.st_uid, owner.st_gid) != 0)
-        TARNWELL_SYSTEM_LOG(systemError(u"give a file to its user"_s, errno));
-}
-
 UniqueFd lockedFile(int folder, const QByteArray &name, std::chrono::milliseconds patience,
                     QString *error)
 {
@@ -64,13 +52,8 @@ UniqueFd lockedFile(int folder, const QByteArray &name, std::chrono::millisecond
     // Most writers are done in no time.
     std::chrono::microseconds pause{100};
     for (;;) {
-        constexpr int flags = O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NOCTTY;
-        UniqueFd fd(::openat(folder, name.constData(), flags | O_EXCL, 0600));
-        // Never one that was there: it may be another name of a file of root's.
-        if (fd)
-            giveToOwner(fd.get(), folder, {});
-        else if (errno == EEXIST)
-            fd = UniqueFd(::openat(folder, name.constData(), flags, 0600));
+        UniqueFd fd(::openat(folder, name.constData(),
+                             O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NOCTTY, 0600));
         if (!fd) {
             *error = systemError(u"open the lock file"_s, errno);
             return {};
@@ -185,7 +168,6 @@ UniqueFd LockedFile::replace(QByteArrayView bytes, const std::function<bool()> &
     };
     if (::fchmod(fd.get(), 0600) != 0 || !writeAll(fd.get(), bytes))
         return abandon(u"write"_s);
-    giveToOwner(fd.get(), m_folder.get(), m_name);
     if (restarting([&] { return ::fsync(fd.get()); }) != 0)
         return abandon(u"write to the disk"_s);
     if (!mayReplace()) {

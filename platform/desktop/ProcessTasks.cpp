@@ -1,5 +1,7 @@
 #include "desktop/ProcessTasks.h"
 
+#include "desktop/FileSystemIds.h"
+
 #include <QProcess>
 
 namespace tarnwell::desktop {
@@ -10,6 +12,8 @@ int ProcessTasks::runAndWait(const QString &program, const QStringList &argument
     process.setStandardInputFile(QProcess::nullDevice());
     process.setStandardOutputFile(QProcess::nullDevice());
     process.setStandardErrorFile(QProcess::nullDevice());
+    if (actsForSomebodyElse())
+        process.setChildProcessModifier(becomeFileUser);
     process.start(program, arguments);
     if (!process.waitForFinished(-1) || process.exitStatus() != QProcess::NormalExit)
         return -1;

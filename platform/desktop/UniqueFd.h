@@ -29,6 +29,8 @@ public:
     }
 
     int get() const { return m_fd; }
+    /// Hands the descriptor over to whoever closes it from now on.
+    int release() { return std::exchange(m_fd, -1); }
     explicit operator bool() const { return m_fd >= 0; }
 
 private:

@@ -1,1 +1,6 @@
-list(APPEND desktop_sources LocalFileStore.cpp LocalFolders.cpp)
+list(APPEND desktop_sources
+    FileSystemIds.cpp
+    HomeOwner.cpp
+    LocalFileStore.cpp
+    LocalFolders.cpp
+    ReturnedFiles.cpp)

@@ -372,20 +372,6 @@ TEST_F(FilePreferencesTest, AnUpdateStartsAgainFromWhatOthersStored)
         ours.updateAppValue(u"List"_s, domain, [](const plist::Value &) { return std::nullopt; }));
 }
 
-TEST_F(FilePreferencesTest, RootLeavesTheFilesToTheUser)
-{
-    if (::geteuid() != 0)
-        GTEST_SKIP() << "for root alone";
-    constexpr uid_t user = 4711;
-    storeDomain({{u"Old"_s, 1}});
-    for (const QString &name : {folder(), path()})
-        ASSERT_EQ(::chown(QFile::encodeName(name).constData(), user, user), 0);
-    FilePreferences preferences(home(), clock);
-    preferences.setAppValue(u"New"_s, 2, domain);
-    ASSERT_TRUE(preferences.appSynchronize(domain));
-    for (const QString &name : {path(), folder() + u"/."_s + fileName() + u".lock"_s})
-        EXPECT_EQ(QFileInfo(name).ownerId(), user) << name.toStdString();
-}
 
 // Obstacles that stop the superuser, too.
 TEST_F(FilePreferencesTest, FailsWhereNothingCanBeWritten)

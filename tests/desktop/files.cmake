@@ -1,0 +1,3 @@
+tarnwell_test(desktop_files_test
+    SOURCES ${CMAKE_CURRENT_LIST_DIR}/HomeOwnerTest.cpp
+    LINKS tarnwell_desktop tarnwell_fakes)
