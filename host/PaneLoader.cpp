@@ -1,6 +1,7 @@
 #include "host/PaneLoader.h"
 
 #include "foundation/Bundle.h"
+#include "host/PaneTrust.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -109,10 +110,21 @@ std::variant<LoadedPane, PaneFailure> loadPane(const ui::PaneContext &context)
     if (!place.exists())
         return failure(u"There is no settings pane where one should be."_s,
                        place.absoluteFilePath(), u"The folder does not exist."_s);
-    const auto bundle = Bundle::open(place.absoluteFilePath());
+    // From here on without links, so that what is looked at is what is loaded.
+    ui::PaneContext placed = context;
+    placed.bundlePath = place.canonicalFilePath();
+    if (needsTrustedPane(context.home)) {
+        const QString reason = reasonForDistrust(placed.bundlePath);
+        if (!reason.isEmpty())
+            return failure(
+                u"%1 As root, and for the home folder of somebody else, a pane is shown only if "
+                "root alone can change it."_s.arg(reason),
+                placed.bundlePath);
+    }
+    const auto bundle = Bundle::open(placed.bundlePath);
     if (!bundle || bundle->isDesktopEntry())
         return failure(u"This is no settings pane, or its description is damaged."_s,
-                       place.absoluteFilePath(), u"Info.plist is missing or cannot be read."_s);
+                       placed.bundlePath, u"Info.plist is missing or cannot be read."_s);
 
     std::variant<LoadedPane, PaneFailure> result;
     const auto thrown = runGuarded([&] {
@@ -120,7 +132,7 @@ std::variant<LoadedPane, PaneFailure> loadPane(const ui::PaneContext &context)
         if (const auto *reason = std::get_if<PaneFailure>(&factory))
             result = *reason;
         else
-            result = makePane(*bundle, *std::get<ui::PreferencePaneFactory *>(factory), context);
+            result = makePane(*bundle, *std::get<ui::PreferencePaneFactory *>(factory), placed);
     });
     if (thrown)
         return failure(thrown->message, bundle->path(), thrown->details);

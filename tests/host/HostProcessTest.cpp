@@ -10,6 +10,9 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <functional>
+#include <sys/stat.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -85,6 +88,7 @@ public:
         return run(QStringList{u"--shots"_s, shots()} + further);
     }
 
+    QString folder() const { return m_folder.path(); }
     QString bundle() const { return m_folder.filePath(u"Fake.prefPane"_s); }
     QString shots() const { return m_folder.filePath(u"shots"_s); }
     QStringList shotNames() const { return QDir(shots()).entryList(QDir::Files, QDir::Name); }
@@ -207,6 +211,61 @@ TEST(HostProcess, RunsNothingOfAPaneOfAnotherInterface)
         host.writeInfo(u"Good"_s);
         host.putExecutable(executable);
         EXPECT_EQ(steps(host.runShots().output), QStringList()) << qPrintable(executable);
+    }
+}
+
+TEST(HostProcess, LoadsOnlyWhatRootAloneCanChange)
+{
+    if (::geteuid() != 0) {
+        Host host;
+        host.writeInfo(u"Good"_s);
+        host.putExecutable(u"right_pane.so"_s);
+        EXPECT_EQ(host.runShots({u"--home"_s, u"/"_s}).status, 1) << "that is root's home";
+        EXPECT_EQ(host.runShots({u"--home"_s, host.folder()}).status, 0);
+        GTEST_SKIP() << "the rest is for root alone";
+    }
+    const auto name = [](const QString &path) { return QFile::encodeName(path); };
+    struct Row
+    {
+        const char *name;
+        std::function<void(const Host &)> prepare;
+        QString message; ///< part of what is printed; empty for a pane that loads
+    };
+    const Row rows[] = {
+        {"below a shared sticky folder",
+         [&](const Host &host) { ::chmod(name(host.folder()), 01777); },
+         {}},
+        {"below a shared folder", [&](const Host &host) { ::chmod(name(host.folder()), 0777); },
+         u"Others than root can write the folder"_s},
+        {"below a user's folder", [&](const Host &host) { ::chown(name(host.folder()), 4711, 0); },
+         u"belongs to the user number 4711, and not to root"_s},
+        {"a sticky bundle", [&](const Host &host) { ::chmod(name(host.bundle()), 01777); },
+         u"Others than root can write the folder"_s},
+        {"a file for the group",
+         [&](const Host &host) { ::chmod(name(host.bundle() + u"/Contents/Info.plist"_s), 0664); },
+         u"Others than root can write the file"_s},
+        {"a link to a user's file",
+         [&](const Host &host) {
+             const QString program = host.bundle() + u"/Contents/Linux/Pane.so"_s;
+             QFile::rename(program, host.folder() + u"/Pane.so"_s);
+             ::chown(name(host.folder() + u"/Pane.so"_s), 4711, 0);
+             QFile::link(host.folder() + u"/Pane.so"_s, program);
+         },
+         u"Pane.so” belongs to the user number 4711"_s},
+        {"a link to a folder",
+         [&](const Host &host) { QFile::link(host.folder(), host.bundle() + u"/more"_s); },
+         u"is a link to a folder"_s},
+    };
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        Host host;
+        host.writeInfo(u"Good"_s);
+        host.putExecutable(u"right_pane.so"_s);
+        row.prepare(host);
+        const HostRun run = host.runShots();
+        EXPECT_EQ(run.status, row.message.isEmpty() ? 0 : 1) << qPrintable(run.errors);
+        EXPECT_TRUE(run.errors.contains(row.message)) << qPrintable(run.errors);
+        EXPECT_EQ(steps(run.output).isEmpty(), !row.message.isEmpty());
     }
 }
 
