@@ -2,6 +2,7 @@
 
 #include "foundation/ForeignText.h"
 
+#include <QDir>
 #include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
@@ -62,7 +63,7 @@ bool needsTrustedPane(const QString &home)
 {
     struct stat facts;
     return ::getuid() == 0 || ::geteuid() == 0 ||
-           (::stat(QFile::encodeName(home).constData(), &facts) == 0 &&
+           (home != QDir::homePath() && ::stat(QFile::encodeName(home).constData(), &facts) == 0 &&
             facts.st_uid != ::geteuid());
 }
 

@@ -5,7 +5,8 @@
 namespace tarnwell::host {
 
 /// Whether a pane may be loaded only from folders that root alone can write: for root, who would
-/// run the program of whoever can write it, and for anybody who opens somebody else's home.
+/// run the program of whoever can write it, and for anybody who opens another home than the own one
+/// (the environment's HOME) that belongs to somebody else.
 bool needsTrustedPane(const QString &home);
 
 /// The first folder or file that makes a bundle one that somebody else than root can change, in
