@@ -1,10 +1,10 @@
 #include "effects/FrameWorker.h"
 
 #include "compositions/opengl/OffscreenDestination.h"
+#include "foundation/BoundedFile.h"
 #include "foundation/Logging.h"
 
 #include <QElapsedTimer>
-#include <QFile>
 #include <QLocale>
 #include <QTimeZone>
 
@@ -22,10 +22,8 @@ namespace {
 
 qint64 residentBytes()
 {
-    QFile file(u"/proc/self/statm"_s);
-    if (!file.open(QIODevice::ReadOnly))
-        return 0;
-    return file.readAll().split(' ').value(1).toLongLong() * ::sysconf(_SC_PAGESIZE);
+    const auto numbers = foundation::readBoundedFile(u"/proc/self/statm"_s, 4096);
+    return numbers ? numbers->split(' ').value(1).toLongLong() * ::sysconf(_SC_PAGESIZE) : 0;
 }
 
 } // namespace

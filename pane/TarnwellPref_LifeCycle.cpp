@@ -1,5 +1,6 @@
 #include "pane/TarnwellPref.h"
 
+#include "foundation/BoundedFile.h"
 #include "foundation/Logging.h"
 #include "foundation/plist/PropertyList.h"
 #include "hotkey/HotKey.h"
@@ -18,11 +19,12 @@
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QFile>
 #include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+
+#include <cerrno>
 
 using namespace Qt::StringLiterals;
 
@@ -46,14 +48,18 @@ bool isPluginInstalled(const ports::FileManager &fileManager)
 
 void reportDamagedExcludeList(const ports::FileManager &fileManager)
 {
-    QFile file(fileManager.resolve(
-        u"~/Library/Application Support/Varnit/Tarnwell/HardcodedExcludeList.plist"_s));
     constexpr qint64 sizeLimit = 8LL * 1024 * 1024;
-    if (!file.open(QIODevice::ReadOnly) || file.size() > sizeLimit)
+    const QString path = fileManager.resolve(
+        u"~/Library/Application Support/Varnit/Tarnwell/HardcodedExcludeList.plist"_s);
+    foundation::FileReadError fileError;
+    const auto bytes = foundation::readBoundedFile(path, sizeLimit, &fileError);
+    if (!bytes && fileError.systemCode == ENOENT)
         return;
     plist::ReadError error;
-    if (plist::read(file.readAll(), &error).isNull())
-        TARNWELL_SYSTEM_LOG(u"%1 cannot be read: %2"_s.arg(file.fileName(), error.message));
+    if (!bytes)
+        error.message = fileError.inWords(sizeLimit);
+    if (!bytes || plist::read(*bytes, &error).isNull())
+        TARNWELL_SYSTEM_LOG(u"%1 cannot be read: %2"_s.arg(path, error.message));
 }
 
 std::optional<QString> infoString(const foundation::Bundle &bundle, const QString &key)

@@ -1,12 +1,12 @@
 #include "desktop/LinuxSession.h"
 
+#include "foundation/BoundedFile.h"
 #include "ports/Clock.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusReply>
 #include <QDBusVariant>
-#include <QFile>
 
 #include <cerrno>
 #include <cstring>
@@ -21,6 +21,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr qint64 maximumRecordFile = 4LL * 1024 * 1024;
+constexpr qint64 maximumKernelFile = 16LL * 1024 * 1024;
 constexpr double microseconds = 1e-6;
 
 QByteArray ownUserName()
@@ -32,16 +33,13 @@ QByteArray ownUserName()
     return found ? QByteArray(found->pw_name) : QByteArray();
 }
 
-/// The content of one of the kernel's files, which have no size; empty, with an errno, on failure.
+/// The content of one of the kernel's files; empty, with an errno, on failure.
 QByteArray kernelFile(const QString &path, int *error)
 {
-    QFile file(path);
-    *error = 0;
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
-        *error = errno != 0 ? errno : EIO;
-        return {};
-    }
-    return file.readAll();
+    foundation::FileReadError reason;
+    const auto bytes = foundation::readBoundedFile(path, maximumKernelFile, &reason);
+    *error = bytes ? 0 : reason.systemCode != 0 ? reason.systemCode : EIO;
+    return bytes.value_or(QByteArray());
 }
 
 } // namespace
@@ -87,11 +85,12 @@ std::optional<double> LinuxSession::loginTimeOfService() const
 
 std::optional<double> LinuxSession::loginTimeOfRecords() const
 {
-    QFile file(m_rootPath + "/run/utmp"_L1);
     const QByteArray user = ownUserName();
-    if (user.isEmpty() || !file.open(QIODevice::ReadOnly))
+    if (user.isEmpty())
         return std::nullopt;
-    const QByteArray bytes = file.read(maximumRecordFile);
+    const QByteArray bytes =
+        foundation::readBoundedFile(m_rootPath + "/run/utmp"_L1, maximumRecordFile)
+            .value_or(QByteArray());
     std::optional<double> latest;
     for (qsizetype at = 0; at + qsizetype(sizeof(utmpx)) <= bytes.size(); at += sizeof(utmpx)) {
         utmpx record{};

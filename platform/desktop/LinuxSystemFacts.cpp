@@ -1,9 +1,9 @@
 #include "desktop/LinuxSystemFacts.h"
 
+#include "foundation/BoundedFile.h"
 #include "foundation/Bundle.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 
 #include <sys/utsname.h>
@@ -24,10 +24,10 @@ constexpr qint64 maximumReleaseFile = 64 * 1024;
 QString distributionVersion(const QString &rootPath)
 {
     for (const QString &name : {u"/etc/os-release"_s, u"/usr/lib/os-release"_s}) {
-        QFile file(rootPath + name);
-        if (!file.open(QIODevice::ReadOnly))
+        const auto bytes = foundation::readBoundedFile(rootPath + name, maximumReleaseFile);
+        if (!bytes)
             continue;
-        const QList<QByteArray> lines = file.read(maximumReleaseFile).split('\n');
+        const QList<QByteArray> lines = bytes->split('\n');
         for (const QByteArray &line : lines) {
             if (!line.startsWith("VERSION_ID="))
                 continue;

@@ -4,7 +4,8 @@
 
 namespace tarnwell::desktop {
 
-/// Files on this machine. A write goes to a temporary file beside, which then takes the place.
+/// Files on this machine. A write goes to a temporary file beside, which then takes the place; file
+/// and folder are on the disk when it returns.
 class LocalFileStore final : public ports::FileStore
 {
 public:

@@ -1,5 +1,6 @@
 #include "desktop/ProcRunningApplications.h"
 
+#include "foundation/BoundedFile.h"
 #include "foundation/Bundle.h"
 #include "foundation/DesktopEntry.h"
 
@@ -18,13 +19,12 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qint64 largestFile = 128 * 1024;
+/// More than a program's arguments and environment can be.
+constexpr qint64 largestFile = 16 * 1024 * 1024;
 
-/// Files of /proc have no size before they are read.
 QByteArray readProcFile(const QString &path)
 {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.read(largestFile) : QByteArray();
+    return foundation::readBoundedFile(path, largestFile).value_or(QByteArray());
 }
 
 QString environmentValue(const QList<QByteArray> &environment, const QByteArray &name)

@@ -1,5 +1,6 @@
 #include "foundation/BoundedFile.h"
 
+#include <QCoreApplication>
 #include <QFile>
 
 #include <fcntl.h>
@@ -32,6 +33,31 @@ FileReadError objectionTo(const struct stat &facts, qint64 maximumSize)
 }
 
 } // namespace
+
+QString FileReadError::inWords(qint64 maximumSize) const
+{
+    constexpr qint64 megabyte = 1'000'000;
+    const auto text = [](const char *source) {
+        return QCoreApplication::translate("FileReadError", source);
+    };
+    switch (reason) {
+    case None:
+        return {};
+    case Folder:
+        return text("It is a folder.");
+    case NotAFile:
+        return text("It is a pipe, a socket or a device, and not a file.");
+    case TooLarge:
+        return text("It is larger than %1 MB.").arg((maximumSize + megabyte - 1) / megabyte);
+    case System:
+        break;
+    }
+    if (systemCode == ENOENT || systemCode == ENOTDIR)
+        return text("It does not exist.");
+    if (systemCode == EACCES || systemCode == EPERM)
+        return text("You may not read it.");
+    return text("It cannot be read: %1.").arg(qt_error_string(systemCode));
+}
 
 std::optional<QByteArray> readBoundedFile(int descriptor, qint64 maximumSize, FileReadError *error)
 {

@@ -20,6 +20,9 @@ struct FileReadError
 
     Reason reason = None;
     int systemCode = 0; ///< an errno value: ENOENT when there is no such file
+
+    /// One sentence in the user's language. The size is the one that the reader was given.
+    QString inWords(qint64 maximumSize) const;
 };
 
 /// The contents of a plain file of at most maximumSize bytes. Nothing when there is no such file,

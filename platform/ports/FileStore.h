@@ -22,8 +22,9 @@ public:
     virtual std::optional<QByteArray> readFile(const QString &path, qint64 sizeLimit,
                                                QString *errorMessage) const = 0;
 
-    /// Replaces a file, or makes one that only the user may read, and its folder if need be. When
-    /// anything fails, a file that was there is as before, and the reason is given in words.
+    /// Replaces a file, or makes one that only the user may read, and its folder if need be. What
+    /// was written has reached the disk, so that what it secures may be given up. When the file
+    /// cannot be written, one that was there is as before, and the reason is given in words.
     virtual bool writeFile(const QString &path, const QByteArray &bytes, QString *errorMessage) = 0;
 
     virtual bool removeFile(const QString &path) = 0;

@@ -1,11 +1,12 @@
 #include "ui/InterfaceFile.h"
 
+#include "foundation/BoundedFile.h"
+
 #include <QAbstractButton>
 #include <QBuffer>
 #include <QComboBox>
 #include <QCoreApplication>
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QLineEdit>
 #include <QScopeGuard>
@@ -21,6 +22,8 @@ namespace tarnwell::ui {
 using namespace Qt::StringLiterals;
 
 namespace {
+
+constexpr qint64 largestFile = 16LL * 1024 * 1024;
 
 using WidgetMaker = std::function<QWidget *(QWidget *)>;
 
@@ -167,19 +170,18 @@ std::vector<std::unique_ptr<QWidget>> InterfaceFileLoader::load(const QStringLis
     const auto reader = makeReader(m_classes);
     std::vector<std::unique_ptr<QWidget>> roots;
     for (const QString &path : paths) {
-        QFile file(path);
         QString reason;
         std::unique_ptr<QWidget> root;
-        if (file.open(QIODevice::ReadOnly)) {
+        foundation::FileReadError fileError;
+        if (auto bytes = foundation::readBoundedFile(path, largestFile, &fileError)) {
             reader->setWorkingDirectory(QFileInfo(path).absoluteDir());
-            QByteArray bytes = file.readAll();
-            QBuffer buffer(&bytes);
+            QBuffer buffer(&*bytes);
             root.reset(reader->load(&buffer));
             reason = reader->errorString();
             if (root)
-                translateHeadings(*root, translationContext(bytes));
+                translateHeadings(*root, translationContext(*bytes));
         } else {
-            reason = file.errorString();
+            reason = fileError.inWords(largestFile);
         }
         if (!root) {
             if (errorMessage)

@@ -792,14 +792,37 @@
     </message>
 </context>
 <context>
-    <name>LocalFileStore</name>
+    <name>FileReadError</name>
     <message>
         <source>It is a folder.</source>
         <translation>Es ist ein Ordner.</translation>
     </message>
     <message>
+        <source>It is a pipe, a socket or a device, and not a file.</source>
+        <translation>Es ist eine Pipe, ein Socket oder ein Gerät und keine Datei.</translation>
+    </message>
+    <message>
         <source>It is larger than %1 MB.</source>
         <translation>Die Datei ist größer als %1 MB.</translation>
+    </message>
+    <message>
+        <source>It does not exist.</source>
+        <translation>Die Datei gibt es nicht.</translation>
+    </message>
+    <message>
+        <source>You may not read it.</source>
+        <translation>Sie dürfen die Datei nicht lesen.</translation>
+    </message>
+    <message>
+        <source>It cannot be read: %1.</source>
+        <translation>Die Datei lässt sich nicht lesen: %1.</translation>
+    </message>
+</context>
+<context>
+    <name>LocalFileStore</name>
+    <message>
+        <source>It did not reach the disk: %1.</source>
+        <translation>Die Datei ist nicht auf dem Datenträger angekommen: %1.</translation>
     </message>
     <message>
         <source>The folder &quot;%1&quot; cannot be made.</source>

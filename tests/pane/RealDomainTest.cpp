@@ -13,6 +13,7 @@
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
+#include <QDialog>
 #include <QFile>
 #include <QLabel>
 #include <QProcess>
@@ -180,6 +181,20 @@ TEST_F(RealDomain, RebuildsAFewTimesForABurstOfRefreshes)
     ASSERT_TRUE(waitUntil([&] { return open.shownItems() == QStringList{u"Close"_s}; }));
     // Every rebuild looks at the one record twice: for the pop-up, and for the table.
     EXPECT_LE(log.containing(u"......"_s).size(), 2 * 15);
+}
+
+TEST_F(RealDomain, WaitsForNoPipeInThePlaceOfAFile)
+{
+    const QString folder = u"~/Library/Application Support/Varnit/Tarnwell"_s;
+    home.makeFolder(folder + u"/Backups"_s);
+    const QString pipe = home.path(folder + u"/HardcodedExcludeList.plist"_s);
+    ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    ASSERT_TRUE(QFile::link(pipe, home.path(folder + u"/Backups/Shortcuts 2026.plist"_s)));
+    const CapturedLog log;
+    OpenPane open(home, icon);
+    EXPECT_EQ(log.containing(pipe + u" cannot be read: It is a pipe"_s).size(), 1);
+    open.pane.doBringBack(nullptr);
+    EXPECT_FALSE(open.pane.bringBackSheet()->isVisible()) << "there is nothing to bring back";
 }
 
 TEST_F(RealDomain, WorksWithoutABusAndWithoutAPlaceToWrite)

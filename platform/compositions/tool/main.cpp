@@ -2,10 +2,10 @@
 #include "compositions/opengl/OffscreenDestination.h"
 #include "compositions/reader/CompositionReader.h"
 #include "compositions/tool/CommandLine.h"
+#include "foundation/BoundedFile.h"
 
 #include <QDateTime>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QGuiApplication>
 #include <QImage>
 #include <QJsonDocument>
@@ -100,12 +100,14 @@ ExitStatus draw(Evaluator &evaluator, const CommandLine &line)
 
 ExitStatus run(const CommandLine &line)
 {
-    QFile file(line.file);
-    if (!file.open(QIODevice::ReadOnly)) {
-        return fail(NoComposition, QStringLiteral("%1: %2").arg(line.file, file.errorString()));
+    tarnwell::foundation::FileReadError fileError;
+    const auto bytes = tarnwell::foundation::readBoundedFile(line.file, largestFile, &fileError);
+    if (!bytes) {
+        return fail(NoComposition,
+                    QStringLiteral("%1: %2").arg(line.file, fileError.inWords(largestFile)));
     }
     QString error;
-    const auto composition = readComposition(file.read(largestFile), &error);
+    const auto composition = readComposition(*bytes, &error);
     if (!composition) {
         return fail(NoComposition,
                     QStringLiteral("%1 is no composition: %2").arg(line.file, error));
