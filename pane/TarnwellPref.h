@@ -299,9 +299,16 @@ private:
     void askToDropChanges(const std::function<void(bool mayClose)> &reply);
     shortcuts::ShortcutBackups shortcutBackups() const;
     /// Keeps the stored shortcuts and stores others in their place; none at all removes the key.
-    /// False, after telling the user, when the stored ones could not be kept.
+    /// False, with nothing stored, when the stored ones could not be kept. The user is then asked
+    /// whether to go on without, and if so, `again` is to do the whole action once more.
     bool changeShortcuts(
-        const std::function<plist::Dictionary(const plist::Dictionary &present)> &change);
+        const std::function<plist::Dictionary(const plist::Dictionary &present)> &change,
+        const std::function<void()> &again);
+    void askToGoOnWithoutBackup(const QString &error, const std::function<void()> &again);
+    /// Whether some applications' values may go: they are in a backup now.
+    bool canDrop(const plist::Dictionary &dropped, const plist::Dictionary &present) const;
+    void bringBack(const plist::Dictionary &kept);
+    void importShortcuts(const plist::Dictionary &imported);
     /// Does what buildSCArray() does, and returns the groups that the rows were made of.
     plist::Value appendRowsOf(const QString &settingsKey);
     /// Removes applications from the stored shortcuts, those that still have these groups.
@@ -368,6 +375,7 @@ private:
     std::unique_ptr<ports::Timer> m_tutorialTimer;
     std::unique_ptr<ports::Timer> m_filterTimer;
     float m_maximumAboutOffset = 0.0F; ///< computed when the text first scrolls, then kept
+    bool m_goesWithoutBackup = false;  ///< the user said so, for the change that is being made
     bool m_isHotKeyRecorded = false;   ///< what the sheet shows was pressed, not stored
     std::unique_ptr<QWidget> m_helpWindow;
     QTextBrowser *m_helpText = nullptr; ///< in the help window

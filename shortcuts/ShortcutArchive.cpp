@@ -140,41 +140,47 @@ public:
         }
     }
 
-    const plist::Array &groups() const { return m_groups; }
-
     void take(const plist::Value &item, const plist::Dictionary &fromGroup, ShortcutImport &tally)
     {
         const QString title = item.toDictionary().value(record::menuItemTitle).toString();
         if (const auto place = m_placeOfItem.constFind(title); place != m_placeOfItem.cend()) {
-            plist::Array items = itemsOf(place->first);
+            plist::Array &items = itemsOf(place->first);
             if (items.at(place->second) == item) {
                 ++tally.unchanged;
                 return;
             }
             items.replace(place->second, item);
-            setItems(place->first, items);
             ++tally.replaced;
             return;
         }
         const qsizetype group = groupLike(fromGroup);
-        plist::Array items = itemsOf(group);
+        plist::Array &items = itemsOf(group);
         m_placeOfItem.insert(title, {group, items.size()});
         items.append(item);
-        setItems(group, items);
         ++tally.added;
     }
 
-private:
-    plist::Array itemsOf(qsizetype group) const
+    plist::Array takeGroups()
     {
-        return m_groups.at(group).toDictionary().value(record::keys).toArray();
+        for (auto items = m_items.cbegin(); items != m_items.cend(); ++items) {
+            plist::Dictionary group = m_groups.at(items.key()).toDictionary();
+            group.insert(record::keys, plist::Value(items.value()));
+            m_groups.replace(items.key(), plist::Value(group));
+        }
+        m_items.clear();
+        return m_groups;
     }
 
-    void setItems(qsizetype index, const plist::Array &items)
+private:
+    /// A group's items, taken out of it to be changed: whatever shares them would be copied whole
+    /// for every single item.
+    plist::Array &itemsOf(qsizetype group)
     {
-        plist::Dictionary group = m_groups.at(index).toDictionary();
-        group.insert(record::keys, plist::Value(items));
-        m_groups.replace(index, plist::Value(group));
+        const auto known = m_items.find(group);
+        if (known != m_items.end())
+            return *known;
+        return *m_items.insert(group,
+                               m_groups.at(group).toDictionary().value(record::keys).toArray());
     }
 
     /// The group of the same menu, or a new one that is like the archive's but holds nothing yet.
@@ -191,6 +197,7 @@ private:
     }
 
     plist::Array m_groups;
+    QHash<qsizetype, plist::Array> m_items; ///< of the groups that were looked into
     QHash<QString, qsizetype> m_groupOfTitle;
     QHash<QString, std::pair<qsizetype, qsizetype>> m_placeOfItem; ///< group and item
 };
@@ -200,11 +207,18 @@ private:
 ShortcutReview reviewShortcuts(const plist::Dictionary &shortcuts)
 {
     ShortcutReview review;
+    if (const int items = countShortcuts(shortcuts).items; items > mostImportedItems) {
+        review.damage = text("It holds %1 shortcuts, and at most %2 can be imported.")
+                            .arg(items)
+                            .arg(mostImportedItems);
+        return review;
+    }
     for (const auto &application : shortcuts) {
         Place place{application.key};
         if (!application.value.isArray()) {
-            review.damage = problem(place, text("Its groups are not an array."));
-            return review;
+            if (review.incomplete++ == 0)
+                review.firstIncomplete = problem(place, text("Its groups are not an array."));
+            continue;
         }
         for (const plist::Value &group : application.value.toArray()) {
             ++place.group;
@@ -220,6 +234,8 @@ ShortcutCount countShortcuts(const plist::Dictionary &shortcuts)
 {
     ShortcutCount count;
     for (const auto &application : shortcuts) {
+        if (!application.value.isArray())
+            continue;
         ++count.applications;
         for (const plist::Value &group : application.value.toArray())
             count.items +=
@@ -263,6 +279,17 @@ std::optional<ShortcutArchive> readArchive(const QByteArray &bytes, QString *err
                            archive.value(shortcutsKey).toDictionary()};
 }
 
+plist::Dictionary bringBackShortcuts(const plist::Dictionary &present,
+                                     const plist::Dictionary &kept)
+{
+    plist::Dictionary result = kept;
+    for (const auto &value : present) {
+        if (!value.value.isArray() && !kept.value(value.key).isArray())
+            result.insert(value.key, value.value);
+    }
+    return result;
+}
+
 ShortcutImport importShortcuts(const plist::Dictionary &stored, const plist::Dictionary &imported)
 {
     ShortcutImport result;
@@ -275,8 +302,8 @@ ShortcutImport importShortcuts(const plist::Dictionary &stored, const plist::Dic
                     target.take(item, group.toDictionary(), result);
             }
         }
-        if (!target.groups().isEmpty())
-            result.shortcuts.insert(application.key, plist::Value(target.groups()));
+        if (const plist::Array groups = target.takeGroups(); !groups.isEmpty())
+            result.shortcuts.insert(application.key, plist::Value(groups));
     }
     return result;
 }

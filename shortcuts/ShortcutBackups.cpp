@@ -55,6 +55,20 @@ bool ShortcutBackups::keep(const plist::Dictionary &shortcuts, QString *errorMes
     return true;
 }
 
+bool ShortcutBackups::keepForDropping(const plist::Dictionary &dropped,
+                                      const plist::Dictionary &shortcuts, QString *errorMessage)
+{
+    const QStringList existing = names();
+    QString ignored;
+    const auto newest =
+        existing.isEmpty() ? std::nullopt : read(m_folder + u'/' + existing.last(), &ignored);
+    const bool isHeld =
+        newest && std::all_of(dropped.begin(), dropped.end(), [&](const auto &application) {
+            return newest->shortcuts.value(application.key) == application.value;
+        });
+    return isHeld || keep(shortcuts, errorMessage);
+}
+
 QList<ShortcutBackup> ShortcutBackups::list() const
 {
     QList<ShortcutBackup> backups;

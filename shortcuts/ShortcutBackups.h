@@ -34,6 +34,12 @@ public:
     /// reason in words: the value had better not be replaced then.
     bool keep(const plist::Dictionary &shortcuts, QString *errorMessage);
 
+    /// Keeps a value of which some applications' values are about to be dropped, unless the newest
+    /// backup holds just those already: what comes back again and again must not push the other
+    /// backups out.
+    bool keepForDropping(const plist::Dictionary &dropped, const plist::Dictionary &shortcuts,
+                         QString *errorMessage);
+
     /// What can be brought back, the newest first. Files that hold no backup are passed over.
     QList<ShortcutBackup> list() const;
 

@@ -5,8 +5,6 @@
 
 #include <QHash>
 
-#include <algorithm>
-
 using namespace Qt::StringLiterals;
 
 namespace tarnwell::shortcuts {
@@ -192,29 +190,6 @@ ShortcutListResult buildShortcutRows(const plist::Array &groups, const QString &
     }
     result.rows = merge.takeChangedRows();
     return result;
-}
-
-bool changesShortcuts(const plist::Dictionary &groupsByApplication)
-{
-    const auto isChanged = [](const plist::Value &item) {
-        const plist::Dictionary &original =
-            item.toDictionary().value(record::originalKeyCommands).toDictionary();
-        const plist::Dictionary &present =
-            item.toDictionary().value(record::newKeyCommands).toDictionary();
-        for (const auto &name : {record::keyCode, record::commandKey, record::modifiers}) {
-            if (original.value(name) != present.value(name))
-                return true;
-        }
-        return false;
-    };
-    for (const auto &application : groupsByApplication) {
-        for (const plist::Value &group : application.value.toArray()) {
-            const plist::Array &items = group.toDictionary().value(record::keys).toArray();
-            if (std::any_of(items.begin(), items.end(), isChanged))
-                return true;
-        }
-    }
-    return false;
 }
 
 } // namespace tarnwell::shortcuts

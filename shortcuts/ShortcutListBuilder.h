@@ -40,8 +40,4 @@ struct ShortcutListResult
 ShortcutListResult buildShortcutRows(const plist::Array &groups, const QString &settingsKey,
                                      bool isInNotification, KeyCommandTranslator &translator);
 
-/// Whether any item of some applications' groups has another shortcut than its original one, also
-/// if both look the same.
-bool changesShortcuts(const plist::Dictionary &groupsByApplication);
-
 } // namespace tarnwell::shortcuts

@@ -107,15 +107,24 @@ void TarnwellPref::askToBringBack(const QString &backup)
                  countInWords(shortcuts::countShortcuts(archive->shortcuts)));
     alert.defaultButton = localized("Bring Back");
     alert.alternateButton = localized("Cancel");
-    m_desktop.sheets.beginAlert(
-        alert, scTable(), [this, kept = archive->shortcuts](int returnCode) {
-            if (returnCode != 1)
-                return;
-            if (changeShortcuts([&kept](const plist::Dictionary &) { return kept; })) {
-                rebuildPopupKeepingSelection();
-                doPopup(scPopup());
-            }
-        });
+    m_desktop.sheets.beginAlert(alert, scTable(),
+                                [this, kept = archive->shortcuts](int returnCode) {
+                                    if (returnCode == 1)
+                                        bringBack(kept);
+                                });
+}
+
+void TarnwellPref::bringBack(const plist::Dictionary &kept)
+{
+    const bool isDone = changeShortcuts(
+        [&kept](const plist::Dictionary &present) {
+            return shortcuts::bringBackShortcuts(present, kept);
+        },
+        [this, kept] { bringBack(kept); });
+    if (!isDone)
+        return;
+    rebuildPopupKeepingSelection();
+    doPopup(scPopup());
 }
 
 void TarnwellPref::doExportShortcuts(QObject *)
@@ -191,19 +200,25 @@ void TarnwellPref::askToImport(const QString &path)
                             .arg(QString::number(review.incomplete), review.firstIncomplete);
     alert.defaultButton = localized("Import");
     alert.alternateButton = localized("Cancel");
-    m_desktop.sheets.beginAlert(
-        alert, scTable(), [this, imported = archive->shortcuts](int returnCode) {
-            if (returnCode != 1)
-                return;
-            // Merged again: the plug-in may have stored more while the question was up.
-            const bool isDone = changeShortcuts([&imported](const plist::Dictionary &present) {
-                return shortcuts::importShortcuts(present, imported).shortcuts;
-            });
-            if (isDone) {
-                rebuildPopupKeepingSelection();
-                doPopup(scPopup());
-            }
-        });
+    m_desktop.sheets.beginAlert(alert, scTable(),
+                                [this, imported = archive->shortcuts](int returnCode) {
+                                    if (returnCode == 1)
+                                        importShortcuts(imported);
+                                });
+}
+
+void TarnwellPref::importShortcuts(const plist::Dictionary &imported)
+{
+    // Merged again: the plug-in may have stored more while the question was up.
+    const bool isDone = changeShortcuts(
+        [&imported](const plist::Dictionary &present) {
+            return shortcuts::importShortcuts(present, imported).shortcuts;
+        },
+        [this, imported] { importShortcuts(imported); });
+    if (!isDone)
+        return;
+    rebuildPopupKeepingSelection();
+    doPopup(scPopup());
 }
 
 } // namespace tarnwell::pane

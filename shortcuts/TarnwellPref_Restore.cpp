@@ -13,6 +13,7 @@
 
 #include <QComboBox>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QTableView>
 
 #include <algorithm>
@@ -103,15 +104,17 @@ void TarnwellPref::restoreSheetDidEnd(const shortcuts::ShortcutRow &asked, int r
 
     bool isGroupRemoved = false;
     bool isChanged = false;
-    const bool isDone = changeShortcuts([&](const plist::Dictionary &present) {
-        const plist::Array groups = present.value(row->settingsKey).toArray();
-        const shortcuts::RestoreResult result =
-            shortcuts::restoreOriginal(groups, *row, conflict, *m_scTranslator);
-        isGroupRemoved = result.groupRemoved;
-        isChanged = result.changed;
-        return result.changed ? shortcuts::withGroups(present, row->settingsKey, result.groups)
-                              : present;
-    });
+    const bool isDone = changeShortcuts(
+        [&](const plist::Dictionary &present) {
+            const plist::Array groups = present.value(row->settingsKey).toArray();
+            const shortcuts::RestoreResult result =
+                shortcuts::restoreOriginal(groups, *row, conflict, *m_scTranslator);
+            isGroupRemoved = result.groupRemoved;
+            isChanged = result.changed;
+            return result.changed ? shortcuts::withGroups(present, row->settingsKey, result.groups)
+                                  : present;
+        },
+        [=, this] { restoreSheetDidEnd(asked, returnCode, contextInfo); });
     if (!isDone)
         return;
     if (isGroupRemoved)
@@ -151,9 +154,11 @@ void TarnwellPref::removeSheetDidEnd(const QString &askedSettingsKey, int return
     // Another application may be chosen by now, because this one went while the question was up.
     const bool isStillShown = selectedSettingsKey() == askedSettingsKey;
     if (isStillShown) {
-        const bool isDone = changeShortcuts([&](const plist::Dictionary &present) {
-            return shortcuts::withGroups(present, askedSettingsKey, {});
-        });
+        const bool isDone = changeShortcuts(
+            [&](const plist::Dictionary &present) {
+                return shortcuts::withGroups(present, askedSettingsKey, {});
+            },
+            [=, this] { removeSheetDidEnd(askedSettingsKey, returnCode); });
         if (!isDone)
             return;
     }
@@ -169,7 +174,8 @@ void TarnwellPref::removeSheetDidEnd(const QString &askedSettingsKey, int return
 }
 
 bool TarnwellPref::changeShortcuts(
-    const std::function<plist::Dictionary(const plist::Dictionary &present)> &change)
+    const std::function<plist::Dictionary(const plist::Dictionary &present)> &change,
+    const std::function<void()> &again)
 {
     QString error;
     m_desktop.preferences.updateAppValue(
@@ -177,18 +183,37 @@ bool TarnwellPref::changeShortcuts(
         [&](const plist::Value &stored) -> std::optional<plist::Value> {
             const plist::Dictionary &present = stored.toDictionary();
             const plist::Dictionary changed = change(present);
-            const bool isKept =
-                changed == present || present.isEmpty() || shortcutBackups().keep(present, &error);
+            const bool isKept = changed == present || present.isEmpty() || m_goesWithoutBackup ||
+                                shortcutBackups().keep(present, &error);
             if (changed == present || !isKept)
                 return std::nullopt;
             return changed.isEmpty() ? plist::Value() : plist::Value(changed);
         });
     if (error.isEmpty())
         return true;
-    showMessage(
-        localized("Nothing Was Changed"),
-        localized("The present shortcuts could not be kept for bringing them back: %1").arg(error));
+    askToGoOnWithoutBackup(error, again);
     return false;
+}
+
+void TarnwellPref::askToGoOnWithoutBackup(const QString &error, const std::function<void()> &again)
+{
+    ports::Alert alert;
+    alert.style = ports::AlertStyle::Critical;
+    alert.title = localized("Nothing Was Changed");
+    alert.message =
+        localized("The present shortcuts could not be kept for bringing them back: %1\n\n"
+                  "Do you want to go on without? What is changed now cannot be brought "
+                  "back then.")
+            .arg(error);
+    alert.defaultButton = localized("Go On");
+    alert.alternateButton = localized("Cancel");
+    m_desktop.sheets.beginAlert(alert, scTable(), [this, again](int returnCode) {
+        if (returnCode != 1)
+            return;
+        m_goesWithoutBackup = true;
+        const auto needsOneAgain = qScopeGuard([this] { m_goesWithoutBackup = false; });
+        again();
+    });
 }
 
 shortcuts::ShortcutBackups TarnwellPref::shortcutBackups() const

@@ -73,7 +73,7 @@ plist::Value TarnwellPref::appendRowsOf(const QString &settingsKey)
     const shortcuts::ShortcutListResult built = shortcuts::buildShortcutRows(
         groups.toArray(), settingsKey, isInNotification(), *m_scTranslator);
     m_scArray.append(built.rows);
-    if (isInNotification() || !built.groupsChanged)
+    if (isInNotification() || !built.groupsChanged || !canDrop({{settingsKey, groups}}, *stored))
         return groups;
     // Should the plug-in have stored more since, this is given up, and the next look does it.
     plist::Dictionary changed = *stored;
@@ -137,17 +137,21 @@ void TarnwellPref::dropApplications(const plist::Dictionary &groupsByApplication
                 remaining.remove(application.key);
                 dropped.insert(application.key, application.value);
             }
-            QString error;
-            if (dropped.isEmpty())
+            if (dropped.isEmpty() || !canDrop(dropped, present))
                 return std::nullopt;
-            if (shortcuts::changesShortcuts(dropped) && !shortcutBackups().keep(present, &error)) {
-                TARNWELL_SYSTEM_LOG(u"Shortcuts that cannot be shown stay stored: %1"_s.arg(error));
-                return std::nullopt;
-            }
             // Stored even when nothing remains: an empty dictionary tells the plug-in that every
             // application was looked at.
             return plist::Value(remaining);
         });
+}
+
+bool TarnwellPref::canDrop(const plist::Dictionary &dropped, const plist::Dictionary &present) const
+{
+    QString error;
+    if (shortcutBackups().keepForDropping(dropped, present, &error))
+        return true;
+    TARNWELL_SYSTEM_LOG(u"Shortcuts that cannot be shown stay stored: %1"_s.arg(error));
+    return false;
 }
 
 void TarnwellPref::doPopup(QObject *)

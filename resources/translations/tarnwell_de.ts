@@ -872,6 +872,10 @@
         <translation>„%1“ ist keine Liste.</translation>
     </message>
     <message>
+        <source>It holds %1 shortcuts, and at most %2 can be imported.</source>
+        <translation>Die Datei enthält %1 Tastenkürzel; höchstens %2 lassen sich importieren.</translation>
+    </message>
+    <message>
         <source>Its groups are not an array.</source>
         <translation>Seine Gruppen sind keine Liste.</translation>
     </message>
@@ -1234,8 +1238,16 @@
         <translation>Nichts wurde geändert</translation>
     </message>
     <message>
-        <source>The present shortcuts could not be kept for bringing them back: %1</source>
-        <translation>Die jetzigen Tastenkürzel konnten nicht zum Zurückholen aufbewahrt werden: %1</translation>
+        <source>The present shortcuts could not be kept for bringing them back: %1
+
+Do you want to go on without? What is changed now cannot be brought back then.</source>
+        <translation>Die jetzigen Tastenkürzel konnten nicht zum Zurückholen aufbewahrt werden: %1
+
+Möchten Sie trotzdem fortfahren? Was jetzt geändert wird, lässt sich dann nicht zurückholen.</translation>
+    </message>
+    <message>
+        <source>Go On</source>
+        <translation>Fortfahren</translation>
     </message>
     <message>
         <source>Press the keys of a shortcut</source>

@@ -208,7 +208,27 @@ TEST_F(Restore, NothingIsReplacedThatCannotBeKept)
     sheetsControl.answer(1);
     EXPECT_EQ(storedShortcuts(), before);
     EXPECT_EQ(lastAlert().title, u"Nothing Was Changed"_s);
+    EXPECT_EQ(lastAlert().style, ports::AlertStyle::Critical) << "a careless Return does nothing";
     EXPECT_TRUE(lastAlert().message.contains(u"No space left on device"_s));
+    sheetsControl.answer(0);
+    EXPECT_EQ(storedShortcuts(), before);
+
+    // Whoever goes on without a backup does so once.
+    const plist::Dictionary both{{u"com.example.scribe"_s, items({changed(u"Save"_s)})},
+                                 {u"com.example.abacus"_s, items({changed(u"Add"_s)})}};
+    storeShortcuts(both);
+    pane->willSelect();
+    pane->scRemoveAppButton()->click();
+    sheetsControl.answer(1);
+    sheetsControl.answer(1);
+    EXPECT_EQ(storedShortcuts(), before);
+    pane->scRestoreButton()->setEnabled(true);
+    select(u"Save"_s);
+    pane->scRestoreButton()->click();
+    sheetsControl.answer(1);
+    EXPECT_EQ(storedShortcuts(), before);
+    sheetsControl.answer(1);
+    EXPECT_TRUE(stored(u"MenuShortcuts"_s).isNull());
 }
 
 TEST_F(Restore, WhatWasRemovedIsBroughtBack)
@@ -440,24 +460,38 @@ TEST_F(Restore, AChangeThatWaitedTooLongIsGivenUpAndSaidSo)
     EXPECT_TRUE(pane->storeProblem()->text().contains("another program"_L1));
 }
 
-TEST_F(Restore, WhatLooksUnchangedIsKeptBeforeItIsDropped)
+TEST_F(Restore, WhateverIsDroppedIsKeptBefore)
 {
-    // 1 and 1 on the keypad: other keys that show the same.
-    const plist::Dictionary records{
-        {u"com.example.scribe"_s, items({changed(u"One"_s, 0x12, 0x53)})}};
-    storeShortcuts(records);
-    fileStoreControl.writeError = u"disk full"_s;
-    showPane();
-    EXPECT_EQ(storedShortcuts(), records) << "nowhere to keep it";
-    fileStoreControl.writeError.clear();
-    pane->willSelect();
-    EXPECT_EQ(stored(u"MenuShortcuts"_s), plist::Value(plist::Dictionary{}));
-    EXPECT_EQ(backups().size(), 1);
-
-    storeShortcuts({{u"com.example.scribe"_s, items({changed(u"One"_s, 0x12, 0x12)})}});
-    pane->willSelect();
-    EXPECT_EQ(stored(u"MenuShortcuts"_s), plist::Value(plist::Dictionary{}));
-    EXPECT_EQ(backups().size(), 1) << "nothing worth keeping";
+    plist::Dictionary incomplete = changedItem(u"Print"_s);
+    incomplete.remove(u"OriginalKeyCommands");
+    const plist::Value save = changed(u"Save"_s);
+    const std::pair<plist::Dictionary, plist::Dictionary> rows[] = {
+        // 1 and 1 on the keypad: other keys that show the same.
+        {{{u"com.example.scribe"_s, items({changed(u"One"_s, 0x12, 0x53)})}}, {}},
+        {{{u"com.example.scribe"_s, items({save})}, {u"Version"_s, 3}, {u"odd"_s, u"text"_s}},
+         {{u"com.example.scribe"_s, items({save})}}},
+        {{{u"com.example.scribe"_s, items({save, plist::Value(incomplete)})}},
+         {{u"com.example.scribe"_s, items({save})}}},
+    };
+    openPane();
+    for (const auto &[records, left] : rows) {
+        fileStoreControl.files.clear();
+        storeShortcuts(records);
+        fileStoreControl.writeError = u"disk full"_s;
+        pane->willSelect();
+        EXPECT_EQ(storedShortcuts(), records) << "nowhere to keep it";
+        fileStoreControl.writeError.clear();
+        pane->willSelect();
+        EXPECT_EQ(stored(u"MenuShortcuts"_s), plist::Value(left));
+        ASSERT_EQ(backups().size(), 1);
+        QString error;
+        const QByteArray kept = fileStoreControl.files.begin()->second;
+        EXPECT_EQ(shortcuts::readArchive(kept, &error)->shortcuts, records);
+        storeShortcuts(records);
+        pane->willSelect();
+        EXPECT_EQ(stored(u"MenuShortcuts"_s), plist::Value(left));
+        EXPECT_EQ(backups().size(), 1) << "it is in the newest one already";
+    }
 }
 
 } // namespace tarnwell::tests

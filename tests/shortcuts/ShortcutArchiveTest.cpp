@@ -54,8 +54,6 @@ TEST(ShortcutArchive, DamageIsNamedWithItsPlace)
     const std::pair<plist::Dictionary, QString> rows[] = {
         {inGroup(plist::Value(good)), {}},
         {{}, {}},
-        {{{u"com.example.app"_s, 1}},
-         u"Application \"com.example.app\": Its groups are not an array."_s},
         {application({1}), u"Application \"com.example.app\", group 1: It is not a dictionary."_s},
         {application({plist::Value(plist::Dictionary{{u"ParentTitle"_s, u"File"_s}})}),
          u"Application \"com.example.app\", group 1: \"Keys\" is missing."_s},
@@ -72,6 +70,12 @@ TEST(ShortcutArchive, DamageIsNamedWithItsPlace)
     };
     for (const auto &[shortcuts, message] : rows)
         EXPECT_EQ(reviewShortcuts(shortcuts).damage, message);
+
+    const ShortcutReview odd = reviewShortcuts({{u"Version"_s, 1}});
+    EXPECT_EQ(odd.damage, QString());
+    EXPECT_EQ(odd.incomplete, 1);
+    EXPECT_EQ(odd.firstIncomplete, u"Application \"Version\": Its groups are not an array."_s);
+    EXPECT_EQ(countShortcuts({{u"Version"_s, 1}}), ShortcutCount());
 
     const QString needed[] = {u"MenuItemTitle"_s, u"OriginalKeyCommands"_s, u"NewKeyCommands"_s};
     for (const QString &key : needed) {
@@ -147,6 +151,38 @@ TEST(ShortcutArchive, ImportingAddsAndReplacesAndTouchesNothingElse)
         << plist::description(plist::Value(import.shortcuts)).toStdString();
     EXPECT_EQ(importShortcuts(import.shortcuts, imported).shortcuts, import.shortcuts)
         << "importing twice changes nothing more";
+}
+
+// A time that grows with the square of the number would be longer than this program is given.
+TEST(ShortcutArchive, ImportsAsManyAsAllowedAndNoMore)
+{
+    plist::Array items, others;
+    for (int i = 0; i < mostImportedItems; ++i) {
+        items.append(changed(QString::number(i)));
+        others.append(changed(QString::number(i), 3));
+    }
+    const auto all = application({plist::Value(group(u"File"_s, items))});
+    EXPECT_EQ(reviewShortcuts(all).damage, QString());
+    EXPECT_EQ(importShortcuts({}, all).shortcuts, all);
+    EXPECT_EQ(importShortcuts(application({plist::Value(group(u"File"_s, others))}), all).shortcuts,
+              all);
+    items.append(changed(u"one more"_s));
+    EXPECT_EQ(reviewShortcuts(application({plist::Value(group(u"File"_s, items))})).damage,
+              u"It holds 100001 shortcuts, and at most 100000 can be imported."_s);
+}
+
+TEST(ShortcutArchive, BringingBackLeavesWhatIsNoApplications)
+{
+    const plist::Value groups = plist::Array{};
+    const plist::Dictionary kept{
+        {u"app"_s, groups}, {u"damaged since"_s, groups}, {u"Version"_s, 1}, {u"gone"_s, 1}};
+    const plist::Dictionary present{
+        {u"new"_s, groups}, {u"damaged since"_s, 7}, {u"Version"_s, 2}, {u"Other"_s, 3}};
+    EXPECT_EQ(bringBackShortcuts(present, kept), (plist::Dictionary{{u"app"_s, groups},
+                                                                    {u"damaged since"_s, groups},
+                                                                    {u"Version"_s, 2},
+                                                                    {u"Other"_s, 3},
+                                                                    {u"gone"_s, 1}}));
 }
 
 class Backups : public testing::Test
