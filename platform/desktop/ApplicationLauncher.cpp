@@ -21,6 +21,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+/// Name folders and sockets of our own session, which nobody else may use.
+constexpr const char *variablesOfTheSession[] = {"XDG_RUNTIME_DIR", "DBUS_SESSION_BUS_ADDRESS"};
+
 struct Unref
 {
     void operator()(void *object) const { g_object_unref(object); }
@@ -85,6 +88,8 @@ bool start(const Places &places, const QString &program, const QStringList &argu
     }
     if (actsForSomebodyElse()) {
         environment.insert(u"HOME"_s, places.home);
+        for (const char *name : variablesOfTheSession)
+            environment.remove(QLatin1StringView(name));
         return startAsFileUser(process.workingDirectory(), QStringList(program) + arguments,
                                environment.toStringList());
     }
@@ -104,6 +109,8 @@ bool launch(GDesktopAppInfo *entry, GList *uris)
         becomeUser = becomeFileUserInChild;
         g_app_launch_context_setenv(context.get(), "HOME",
                                     QFile::encodeName(homeOfFileUser()).constData());
+        for (const char *name : variablesOfTheSession)
+            g_app_launch_context_unsetenv(context.get(), name);
     }
     GError *error = nullptr;
     const gboolean result =
