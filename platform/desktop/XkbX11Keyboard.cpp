@@ -1,5 +1,7 @@
 #include "desktop/XkbX11Keyboard.h"
 
+#include "desktop/FileSystemIds.h"
+
 #include <QSocketNotifier>
 
 #include <xcb/xcb.h>
@@ -75,6 +77,7 @@ bool X11KeyboardWatcher::start()
 {
     if (m_connection != nullptr)
         return true;
+    const OwnIds readTheSessionsKey;
     m_connection.reset(xcb_connect(nullptr, nullptr));
     if (xcb_connection_has_error(m_connection.get()) != 0 || !selectEvents()) {
         m_connection.reset();
