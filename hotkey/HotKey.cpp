@@ -20,13 +20,6 @@ constexpr char16_t defaultCharacter = u'm';
 constexpr quint32 lowestModifierFlag = 0x10000;
 constexpr quint32 keyboardBits = 0xFFFF;
 
-std::optional<qint64> number(const plist::Value &value)
-{
-    if (!value.isNumber())
-        return std::nullopt;
-    return value.toInteger();
-}
-
 QString words(const char *text)
 {
     return QCoreApplication::translate("SpokenKeys", text);
@@ -61,11 +54,12 @@ std::optional<HotKey> defaultHotKey(const ports::KeyboardLayouts &layouts)
 
 std::optional<HotKey> storedHotKey(const prefs::CFPreferencesWrapper_Tarnwell &wrapper)
 {
-    const auto keyCode = number(wrapper.objectForKey(prefs::keys::menuAccKeyCode));
-    const auto modifiers = number(wrapper.objectForKey(prefs::keys::menuAccMods));
-    if (!keyCode || !modifiers)
+    const plist::Value keyCode = wrapper.objectForKey(prefs::keys::menuAccKeyCode);
+    const plist::Value modifiers = wrapper.objectForKey(prefs::keys::menuAccMods);
+    if (keyCode.isNull() || modifiers.isNull())
         return std::nullopt;
-    return HotKey{static_cast<quint16>(*keyCode), static_cast<quint32>(*modifiers)};
+    return HotKey{static_cast<quint16>(keyCode.toInteger()),
+                  static_cast<quint32>(modifiers.toInteger())};
 }
 
 void storeHotKey(prefs::CFPreferencesWrapper_Tarnwell &wrapper, const HotKey &hotKey)

@@ -28,8 +28,8 @@ struct HotKey
 /// is no such key.
 std::optional<HotKey> defaultHotKey(const ports::KeyboardLayouts &layouts);
 
-/// What is stored; nothing when one of the two values is missing or is no number. Wider numbers
-/// lose their upper bits.
+/// What is stored; nothing when one of the two values is missing. Wider numbers lose their upper
+/// bits, and a value that is no number counts as 0.
 std::optional<HotKey> storedHotKey(const prefs::CFPreferencesWrapper_Tarnwell &wrapper);
 
 /// Stores both values, still to be synchronised.

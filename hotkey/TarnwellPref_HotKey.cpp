@@ -54,6 +54,7 @@ void TarnwellPref::setHotKey(QObject *)
     m_isHotKeyRecorded = false;
     hotkeyHint()->clear();
     updateMenuAccText(hotKeyField());
+    showStoredHotKey(menuAccHotKey()); // it may be a default of just now
     hotKeyField()->setFocus();
     m_desktop.sheets.beginSheet(hotkeySheet(), m_mainView, [this](int returnCode) {
         customSheetDidEnd(hotkeySheet(), returnCode);
@@ -69,12 +70,17 @@ void TarnwellPref::updateMenuAccText(QWidget *field)
             wrapper->synchronize();
         }
     }
-    const auto stored = hotkey::storedHotKey(*wrapper);
-    if (!stored) {
+    if (!showStoredHotKey(field))
         TARNWELL_SYSTEM_LOG(u"Could not set the default hotkey for Menu Accelerator"_s);
-        return;
-    }
-    showHotKey(field, *stored);
+}
+
+/// Shows what is stored, and stores nothing; false when there is no whole hot key.
+bool TarnwellPref::showStoredHotKey(QWidget *field)
+{
+    const auto stored = hotkey::storedHotKey(*preferences());
+    if (stored)
+        showHotKey(field, *stored);
+    return stored.has_value();
 }
 
 /// Shows the glyphs, and tells a screen reader the words. Changes nothing for a key that can't be
@@ -133,12 +139,12 @@ void TarnwellPref::explainRefusedKey(hotkey::Verdict why)
 
 void TarnwellPref::showHotKeyInOtherLayout()
 {
-    updateMenuAccText(menuAccHotKey());
+    showStoredHotKey(menuAccHotKey());
     if (!hotkeySheet()->isVisible())
         return;
     const auto event = hotkeySheet()->hotKeyEvent();
     if (!m_isHotKeyRecorded || !event)
-        updateMenuAccText(hotKeyField());
+        showStoredHotKey(hotKeyField());
     else
         showHotKey(hotKeyField(), hotkey::hotKeyFor(*event));
 }

@@ -355,6 +355,7 @@ private:
     void showInformation(const effects::EffectInformation &information);
 
     void setUpHotKeySheet();
+    bool showStoredHotKey(QWidget *field);
     QString showHotKey(QWidget *field, const hotkey::HotKey &hotKey);
     void showHotKeyInOtherLayout();
     void explainRefusedKey(hotkey::Verdict why);

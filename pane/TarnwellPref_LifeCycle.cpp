@@ -3,7 +3,6 @@
 #include "foundation/BoundedFile.h"
 #include "foundation/Logging.h"
 #include "foundation/plist/PropertyList.h"
-#include "hotkey/HotKey.h"
 #include "pane/OverlayIcon.h"
 #include "pane/VersionText.h"
 #include "ports/Applications.h"
@@ -212,8 +211,7 @@ void TarnwellPref::showStoredOptions()
     if (!menuAccEnabled()->isEnabled())
         return;
     showMenuAccEnabled(*wrapper);
-    if (hotkey::storedHotKey(*wrapper))
-        updateMenuAccText(menuAccHotKey());
+    showStoredHotKey(menuAccHotKey());
 }
 
 void TarnwellPref::rebuildPopupKeepingSelection()

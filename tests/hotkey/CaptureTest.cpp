@@ -119,7 +119,7 @@ TEST(SheetKeys, AreNeverTaken)
 
 // --- what is stored ---------------------------------------------------------------------------
 
-TEST(StoredHotKey, IsReadOnlyWhenBothNumbersAreThere)
+TEST(StoredHotKey, IsReadWhenBothValuesAreThere)
 {
     struct Row
     {
@@ -132,8 +132,9 @@ TEST(StoredHotKey, IsReadOnlyWhenBothNumbersAreThere)
         {"both", 0x2E, 6, HotKey{0x2E, 6}},
         {"key code alone", 0x2E, {}, {}},
         {"modifiers alone", {}, 6, {}},
-        {"a list", 0x2E, plist::Value(plist::Array{6}), {}},
-        {"true", true, 6, {}},
+        {"a list", 0x2E, plist::Value(plist::Array{6}), HotKey{0x2E, 0}},
+        {"a word", u"46"_s, 6, HotKey{0, 6}},
+        {"true", true, 6, HotKey{0, 6}},
         {"a real", 46.0, 6.0, HotKey{0x2E, 6}},
         {"wider numbers", 0x7F0002E, qint64{1} << 32 | 6, HotKey{0x2E, 6}},
         {"negative numbers", -1, -1, HotKey{0xFFFF, 0xFFFFFFFF}},

@@ -68,7 +68,16 @@ TEST_F(HotKeySheet, TheDefaultIsStoredOnceInPlaceOfNoneOrHalfAKey)
     EXPECT_TRUE(preferences.control().writes().isEmpty());
 }
 
-TEST_F(HotKeySheet, WithoutAKeyForItTheDefaultWaitsForALayoutThatHasOne)
+TEST_F(HotKeySheet, AStoredKeyOfOddTypesIsLeftAlone)
+{
+    store(u"MenuAccKeyCode"_s, u"46"_s);
+    store(u"MenuAccMods"_s, 6);
+    openPane();
+    expectStored(u"46"_s, 6);
+    EXPECT_EQ(shown(), u"⌃⌥⌘A"_s);
+}
+
+TEST_F(HotKeySheet, AnotherLayoutStoresNothing)
 {
     keyboard.useBoard(u"xkb:odd"_s, {{0x2E, u"µ"_s}});
     const CapturedLog log;
@@ -76,9 +85,15 @@ TEST_F(HotKeySheet, WithoutAKeyForItTheDefaultWaitsForALayoutThatHasOne)
     expectStored({}, {});
     EXPECT_EQ(shown(), u""_s);
     EXPECT_EQ(log.containing(u"Could not set the default hotkey"_s).size(), 1);
+    preferences.control().clearRecord();
     keyboard.useBoard(u"xkb:us"_s);
+    expectStored({}, {});
+    EXPECT_TRUE(preferences.control().writes().isEmpty());
+    EXPECT_EQ(shown(), u""_s);
+    openSheet();
     expectStored(0x2E, 6);
-    EXPECT_EQ(shown(), u"⌃⌥⌘M"_s);
+    EXPECT_EQ(fieldText(), u"⌃⌥⌘M"_s);
+    EXPECT_EQ(shown(), fieldText());
 }
 
 TEST_F(HotKeySheet, TheLastKeyIsStoredWheneverTheSheetIsConfirmed)
