@@ -4,8 +4,6 @@
 #include "ports/KeyboardLayouts.h"
 #include "shortcuts/KeyTranslation.h"
 
-#include <QKeyEvent>
-
 #include <algorithm>
 #include <iterator>
 
@@ -58,8 +56,6 @@ constexpr SpecialKey specialKeys[] = {
     // clang-format on
 };
 
-constexpr quint32 scanCodeOffset = 8;
-
 bool isFunctionKey(int key)
 {
     return key >= Qt::Key_F1 && key <= Qt::Key_F16;
@@ -106,30 +102,7 @@ char16_t commandKey(quint16 keyCode, const ports::KeyboardLayouts &layouts)
     return text.isEmpty() ? u'\0' : text.front().unicode();
 }
 
-/// The key by its place on the board, which stays what it is when the layout changes.
-std::optional<quint16> keyOfPress(const KeyPress &press, const ports::KeyboardLayouts &layouts)
-{
-    const auto special = std::ranges::find(specialKeys, press.key, &SpecialKey::key);
-    if (special != std::end(specialKeys) && !(press.modifiers & Qt::KeypadModifier))
-        return special->keyCode;
-    if (press.nativeScanCode > scanCodeOffset) {
-        if (const auto keyCode =
-                foundation::virtualKeyCodeForEvdev(press.nativeScanCode - scanCodeOffset))
-            return keyCode;
-    }
-    if (special != std::end(specialKeys))
-        return special->keyCode;
-    if (press.key <= 0x20 || press.key > 0xFFFF)
-        return std::nullopt;
-    return keyOfCharacter(QChar(press.key).toLower().unicode(), layouts);
-}
-
 } // namespace
-
-KeyPress KeyPress::fromEvent(const QKeyEvent &event)
-{
-    return {event.key(), event.modifiers(), event.nativeScanCode()};
-}
 
 bool canBeShortcut(const KeyPress &press)
 {
@@ -142,7 +115,7 @@ bool canBeShortcut(const KeyPress &press)
 std::optional<Shortcut> shortcutOfKeyPress(const KeyPress &press,
                                            const ports::KeyboardLayouts &layouts)
 {
-    const std::optional<quint16> keyCode = keyOfPress(press, layouts);
+    const std::optional<quint16> keyCode = hotkey::pressedKey(press, layouts);
     if (!keyCode)
         return std::nullopt;
     return Shortcut{*keyCode, commandKey(*keyCode, layouts), modifierBits(press.modifiers)};

@@ -1,13 +1,12 @@
 #pragma once
 
+#include "hotkey/PressedKey.h"
 #include "tutorial/Shortcut.h"
 
 #include <QKeySequence>
 #include <QString>
 
 #include <optional>
-
-class QKeyEvent;
 
 namespace tarnwell::ports {
 class KeyboardLayouts;
@@ -17,15 +16,7 @@ class KeyboardLayouts;
 /// Option the Alt key.
 namespace tarnwell::tutorial {
 
-/// What is told of a key press.
-struct KeyPress
-{
-    int key = 0; ///< Qt::Key
-    Qt::KeyboardModifiers modifiers;
-    quint32 nativeScanCode = 0; ///< of X11 or Wayland; 0 when not known
-
-    static KeyPress fromEvent(const QKeyEvent &event);
-};
+using hotkey::KeyPress;
 
 /// Whether a key press can be a shortcut: a function key, or any key that Control, Option or
 /// Command is held with.

@@ -22,7 +22,7 @@ public:
 
 Q_SIGNALS:
     /// Keys were pressed on an item.
-    void pressed(QAction *action, const tarnwell::tutorial::KeyPress &press);
+    void pressed(QAction *action, const tarnwell::hotkey::KeyPress &press);
     /// Backspace was pressed on an item.
     void cleared(QAction *action);
     /// Keys were pressed while no item was pointed at.

@@ -86,6 +86,11 @@ quint32 XkbKeyboardLayouts::currentKeyModifiers() const
            (held & Qt::GroupSwitchModifier ? rightOptionBit : 0);
 }
 
+void XkbKeyboardLayouts::catchUp() const
+{
+    m_watcher->catchUp();
+}
+
 const XkbKeyboardLayouts::Keyboard &XkbKeyboardLayouts::keyboard() const
 {
     if (!m_keyboard)

@@ -33,6 +33,7 @@ public:
     std::optional<ports::InputSource> currentKeyboardLayout() const override;
     quint32 keyboardType() const override;
     quint32 currentKeyModifiers() const override;
+    void catchUp() const override;
 
 private:
     struct Keyboard

@@ -93,6 +93,17 @@ bool X11KeyboardWatcher::start()
     return true;
 }
 
+void X11KeyboardWatcher::catchUp()
+{
+    xcb_connection_t *connection = m_connection.get();
+    if (connection == nullptr)
+        return;
+    // Any answer comes after the events that there are.
+    const Reply<xcb_get_input_focus_reply_t> answer(
+        xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
+    readEvents();
+}
+
 bool X11KeyboardWatcher::selectEvents()
 {
     xcb_connection_t *connection = m_connection.get();

@@ -36,6 +36,9 @@ public:
     /// Begins to listen, unless it has begun; false when no such server can be reached.
     bool start();
 
+    /// Hears now of everything that has happened by now; nothing when it doesn't listen.
+    void catchUp();
+
 Q_SIGNALS:
     /// Another keymap, keyboard or group; once for all that came together.
     void keyboardChanged();

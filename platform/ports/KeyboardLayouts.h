@@ -35,6 +35,10 @@ public:
     /// 0x0400 Caps Lock, 0x0800 and 0x4000 Option, 0x1000 Control).
     virtual quint32 currentKeyModifiers() const = 0;
 
+    /// Hears at once of what the desktop has still to tell: keys may arrive ahead of the news of
+    /// the layout that they were pressed in.
+    virtual void catchUp() const {}
+
 Q_SIGNALS:
     /// The current layout is another one now.
     void currentKeyboardLayoutChanged();

@@ -86,6 +86,16 @@ TEST_F(X11Keyboards, FollowAnotherGroup)
     EXPECT_EQ(keyQ(layouts, 1), u"q"_s);
 }
 
+TEST_F(X11Keyboards, CatchUpWithoutWaitingForEvents)
+{
+    const XkbKeyboardLayouts layouts;
+    layouts.catchUp();
+    EXPECT_EQ(keyQ(layouts, 0), u"q"_s);
+    lock(1, 0);
+    layouts.catchUp();
+    EXPECT_EQ(keyQ(layouts, 0), u"й"_s);
+}
+
 TEST_F(X11Keyboards, StartWithTheGroupThatIsOn)
 {
     lock(1, 0);

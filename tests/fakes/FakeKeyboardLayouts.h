@@ -4,6 +4,7 @@
 #include "foundation/UnicodeKeyLayoutBuilder.h"
 #include "ports/KeyboardLayouts.h"
 
+#include <functional>
 #include <map>
 #include <utility>
 
@@ -58,6 +59,9 @@ public:
     /// The keys that are held from now on, in event-modifier bits; 0 releases all.
     void holdModifiers(quint32 bits) { m_port.modifiers = bits; }
 
+    /// What the desktop has still to tell when the code under test catches up with it.
+    void onCatchingUp(std::function<void()> news) { m_port.news = std::move(news); }
+
     /// How often the code under test asked for the layout.
     int layoutRequests() const { return m_port.requests; }
 
@@ -72,9 +76,11 @@ private:
         }
         quint32 keyboardType() const override { return 40; }
         quint32 currentKeyModifiers() const override { return modifiers; }
+        void catchUp() const override { news(); }
 
         std::optional<ports::InputSource> source;
         quint32 modifiers = 0;
+        std::function<void()> news = [] {};
         mutable int requests = 0;
     };
 

@@ -196,6 +196,22 @@ TEST_F(RealKeys, AnotherLayoutIsFollowedAtOnce)
     expectStored(0x2E, 6);
 }
 
+TEST_F(RealKeys, SymbolsThatProgramsSendOnAnyKeyCount)
+{
+    showPane();
+    openSheet();
+    constexpr quint8 keyOfNoBoard = 248;
+    for (const quint8 code : {escapeKey, keyOfNoBoard}) {
+        SCOPED_TRACE(code);
+        keys.giveSymbol(code, u'j');
+        pressAndWait({controlKey, keyA});
+        pressAndWait({controlKey, code});
+        EXPECT_EQ(pane->hotKeyField()->text(), u"⌃J"_s);
+    }
+    endSheetBy(returnKey);
+    expectStored(0x26, 12);
+}
+
 // --- the sheet by keyboard --------------------------------------------------------------------
 
 TEST_F(RealKeys, TabWalksMenuIsTakenEscapeCancelsAlsoUnderCapsLock)

@@ -81,6 +81,12 @@ void XKeys::lockGroup(quint8 group)
     modifiers();
 }
 
+void XKeys::giveSymbol(quint8 code, quint32 symbol)
+{
+    xcb_change_keyboard_mapping(m_connection.get(), 1, code, 1, &symbol);
+    modifiers();
+}
+
 void XKeys::grab(quint8 code, quint16 modifiers)
 {
     const auto grabbed = xcb_grab_key_checked(m_connection.get(), 0, m_root, modifiers, code,

@@ -26,6 +26,9 @@ public:
     /// Switches the keyboard to a group.
     void lockGroup(quint8 group);
 
+    /// Lets a key have a symbol alone, as programs do that send symbols which have no key.
+    void giveSymbol(quint8 code, quint32 symbol);
+
     /// Takes a key with modifiers from everybody else.
     void grab(quint8 code, quint16 modifiers);
     /// How many presses of grabbed keys there were, once there was one; 0 when none came in a
