@@ -1,20 +1,16 @@
 #include "desktop/WaylandShortcuts.h"
 
+#include "desktop/WaylandClient.h"
 #include "keyboard-shortcuts-inhibit-client.h"
 
 #include <QGuiApplication>
-#include <QLibraryInfo>
-#include <QVersionNumber>
 #include <QWindow>
 
 #include <qpa/qplatformnativeinterface.h>
-#include <wayland-client.h>
 
 #include <cstring>
 
 namespace tarnwell::desktop {
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -28,8 +24,6 @@ struct Destroy
     }
 };
 
-using Queue = std::unique_ptr<wl_event_queue, Destroy<wl_event_queue_destroy>>;
-using Registry = std::unique_ptr<wl_registry, Destroy<wl_registry_destroy>>;
 using Manager = std::unique_ptr<zwp_keyboard_shortcuts_inhibit_manager_v1,
                                 Destroy<zwp_keyboard_shortcuts_inhibit_manager_v1_destroy>>;
 using Inhibitor = std::unique_ptr<zwp_keyboard_shortcuts_inhibitor_v1,
@@ -46,17 +40,12 @@ struct ToolkitObjects
 
 ToolkitObjects toolkitObjects(QWindow &window)
 {
-    // Only the very release that this was built with is sure to have the same class.
-    const bool isSameToolkit =
-        QLibraryInfo::version() == QVersionNumber::fromString(QLatin1StringView(QT_VERSION_STR));
-    if (!QGuiApplication::platformName().startsWith("wayland"_L1) || !isSameToolkit ||
-        !window.handle())
+    wl_display *const display = toolkitWaylandDisplay();
+    if (!display || !window.handle())
         return {};
     QPlatformNativeInterface *const toolkit = QGuiApplication::platformNativeInterface();
-    if (!toolkit)
-        return {};
     return {
-        static_cast<wl_display *>(toolkit->nativeResourceForIntegration("wl_display")),
+        display,
         static_cast<wl_seat *>(toolkit->nativeResourceForIntegration("wl_seat")),
         static_cast<wl_surface *>(toolkit->nativeResourceForWindow("surface", &window)),
     };
@@ -74,13 +63,10 @@ void forgetGlobal(void *, wl_registry *, uint32_t) {}
 Manager bindManager(wl_display *display)
 {
     // A queue of its own: nothing of the toolkit's may be handled in here.
-    const Queue queue(wl_display_create_queue(display));
-    auto *const wrapper = static_cast<wl_display *>(wl_proxy_create_wrapper(display));
-    if (!queue || !wrapper)
+    const WaylandPointer<wl_event_queue> queue(wl_display_create_queue(display));
+    if (!queue)
         return nullptr;
-    wl_proxy_set_queue(reinterpret_cast<wl_proxy *>(wrapper), queue.get());
-    const Registry registry(wl_display_get_registry(wrapper));
-    wl_proxy_wrapper_destroy(wrapper);
+    const WaylandPointer<wl_registry> registry = waylandRegistry(display, queue.get());
     if (!registry)
         return nullptr;
     static constexpr wl_registry_listener listener{noteGlobal, forgetGlobal};
@@ -90,8 +76,7 @@ Manager bindManager(wl_display *display)
         return nullptr;
     Manager manager(static_cast<zwp_keyboard_shortcuts_inhibit_manager_v1 *>(wl_registry_bind(
         registry.get(), name, &zwp_keyboard_shortcuts_inhibit_manager_v1_interface, 1)));
-    if (manager)
-        wl_proxy_set_queue(reinterpret_cast<wl_proxy *>(manager.get()), nullptr);
+    leaveToToolkit(manager.get());
     return manager;
 }
 

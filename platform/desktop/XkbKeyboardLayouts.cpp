@@ -1,5 +1,6 @@
 #include "desktop/XkbKeyboardLayouts.h"
 
+#include "desktop/WaylandKeyboard.h"
 #include "desktop/XkbLayoutData.h"
 #include "desktop/XkbNamesSources.h"
 #include "desktop/XkbX11Keyboard.h"
@@ -51,11 +52,14 @@ XkbKeyboardLayouts::XkbKeyboardLayouts(const QString &root, QObject *parent)
     , m_context(makeXkbContext())
     , m_localeService(std::make_unique<LocaleService>())
     , m_watcher(std::make_unique<X11KeyboardWatcher>())
+    , m_seatKeyboard(std::make_unique<WaylandKeyboard>(m_context.get()))
 {
     connect(m_localeService.get(), &LocaleService::namesChanged, this,
-            &XkbKeyboardLayouts::rereadKeyboard);
+            &XkbKeyboardLayouts::forgetKeyboard);
     connect(m_watcher.get(), &X11KeyboardWatcher::keyboardChanged, this,
-            &XkbKeyboardLayouts::rereadKeyboard);
+            &XkbKeyboardLayouts::forgetKeyboard);
+    connect(m_seatKeyboard.get(), &WaylandKeyboard::keyboardChanged, this,
+            &XkbKeyboardLayouts::forgetKeyboard);
 }
 
 XkbKeyboardLayouts::~XkbKeyboardLayouts() = default;
@@ -88,6 +92,7 @@ quint32 XkbKeyboardLayouts::currentKeyModifiers() const
 
 void XkbKeyboardLayouts::catchUp() const
 {
+    // A compositor tells of another layout on the connection that the keys come by, ahead of them.
     m_watcher->catchUp();
 }
 
@@ -103,15 +108,20 @@ XkbKeyboardLayouts::Keyboard XkbKeyboardLayouts::readKeyboard() const
     const auto describe = [](xkb_keymap *keymap, xkb_layout_index_t group, const QString &name) {
         return Keyboard{inputSourceFromKeymap(keymap, group, name), modifierMasks(keymap)};
     };
+    const auto describeOwn = [&describe](xkb_keymap *keymap, xkb_layout_index_t group) {
+        return describe(keymap, group,
+                        QString::fromUtf8(xkb_keymap_layout_get_name(keymap, group)));
+    };
     if (xcb_connection_t *connection = x11Connection()) {
         // First the listening, then the reading: no change falls between them.
         m_watcher->start();
         const X11Keyboard x11 = readX11Keyboard(connection, m_context.get());
-        if (x11.keymap != nullptr) {
-            const char *name = xkb_keymap_layout_get_name(x11.keymap.get(), x11.group);
-            return describe(x11.keymap.get(), x11.group, QString::fromUtf8(name));
-        }
+        if (x11.keymap != nullptr)
+            return describeOwn(x11.keymap.get(), x11.group);
     }
+    m_seatKeyboard->start();
+    if (const auto [keymap, group] = m_seatKeyboard->board(); keymap != nullptr)
+        return describeOwn(keymap, group);
     XkbNames names = findNames();
     XkbKeymapPointer keymap = compileKeymap(m_context.get(), names);
     if (keymap == nullptr) {
@@ -136,14 +146,27 @@ XkbNames XkbKeyboardLayouts::findNames() const
     return file ? parseKeyboardFile(*file).value_or(XkbNames()) : XkbNames();
 }
 
-void XkbKeyboardLayouts::rereadKeyboard()
+/// The next question is answered by what there is now. The change is told later: several that come
+/// together are one.
+void XkbKeyboardLayouts::forgetKeyboard()
 {
-    const std::optional<Keyboard> before = std::exchange(m_keyboard, readKeyboard());
+    if (!std::exchange(m_isChangeToBeTold, true)) {
+        m_keyboardBefore = m_keyboard;
+        QMetaObject::invokeMethod(this, &XkbKeyboardLayouts::tellOfChange, Qt::QueuedConnection);
+    }
+    m_keyboard.reset();
+}
+
+void XkbKeyboardLayouts::tellOfChange()
+{
+    m_isChangeToBeTold = false;
+    const std::optional<Keyboard> before = std::exchange(m_keyboardBefore, std::nullopt);
     const auto isSame = [&] {
-        if (!before || !before->source || !m_keyboard->source)
+        const Keyboard &now = keyboard();
+        if (!before || !before->source || !now.source)
             return false;
-        return before->source->identifier == m_keyboard->source->identifier &&
-               before->source->unicodeKeyLayoutData == m_keyboard->source->unicodeKeyLayoutData;
+        return before->source->identifier == now.source->identifier &&
+               before->source->unicodeKeyLayoutData == now.source->unicodeKeyLayoutData;
     };
     // Keyboards also come and go, and modifiers change, without another layout.
     if (!isSame())

@@ -9,6 +9,7 @@
 namespace tarnwell::desktop {
 
 class LocaleService;
+class WaylandKeyboard;
 class X11KeyboardWatcher;
 
 /// The input source that one group of a keymap is. Its data is empty only when memory is short.
@@ -17,9 +18,9 @@ ports::InputSource inputSourceFromKeymap(xkb_keymap *keymap, xkb_layout_index_t 
 
 /// The user's keyboard, as xkb describes it.
 ///
-/// Under X11 it is the server's, and followed. Elsewhere its names come from the locale service,
-/// else from /etc/default/keyboard; failing both it is a US board. Nothing is asked or read before
-/// the first question. Main thread only.
+/// Under X11 it is the server's, under Wayland the compositor's, and followed. Elsewhere its names
+/// come from the locale service, else from /etc/default/keyboard; failing both it is a US board.
+/// Nothing is asked or read before the first question. Main thread only.
 class XkbKeyboardLayouts : public ports::KeyboardLayouts
 {
     Q_OBJECT
@@ -45,13 +46,17 @@ private:
     const Keyboard &keyboard() const;
     Keyboard readKeyboard() const;
     XkbNames findNames() const;
-    void rereadKeyboard();
+    void forgetKeyboard();
+    void tellOfChange();
 
     QString m_root;
     XkbContextPointer m_context;
     std::unique_ptr<LocaleService> m_localeService;
     std::unique_ptr<X11KeyboardWatcher> m_watcher;
-    mutable std::optional<Keyboard> m_keyboard; // read at the first question
+    std::unique_ptr<WaylandKeyboard> m_seatKeyboard;
+    mutable std::optional<Keyboard> m_keyboard; // read at the first question after each change
+    std::optional<Keyboard> m_keyboardBefore;   // the one before changes that are still to be told
+    bool m_isChangeToBeTold = false;
 };
 
 } // namespace tarnwell::desktop

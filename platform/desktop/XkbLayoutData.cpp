@@ -7,6 +7,8 @@
 
 #include <QList>
 
+#include <xkbcommon/xkbcommon-keysyms.h>
+
 #include <algorithm>
 #include <optional>
 
@@ -257,7 +259,46 @@ KeyLayoutDescription Describer::describe()
     return std::move(m_description);
 }
 
+/// Whether a key has a wanted symbol, in whatever group and with whatever modifiers.
+bool hasSymbol(xkb_keymap *keymap, const KeyPosition &key, auto isWanted)
+{
+    const xkb_keycode_t keycode = firstKeycode + key.evdevCode;
+    const xkb_layout_index_t groups = xkb_keymap_num_layouts_for_key(keymap, keycode);
+    for (xkb_layout_index_t group = 0; group < groups; ++group) {
+        const xkb_level_index_t levels = xkb_keymap_num_levels_for_key(keymap, keycode, group);
+        for (xkb_level_index_t level = 0; level < levels; ++level) {
+            const xkb_keysym_t *symbols = nullptr;
+            const int count =
+                xkb_keymap_key_get_syms_by_level(keymap, keycode, group, level, &symbols);
+            for (int i = 0; i < count; ++i) {
+                if (isWanted(symbols[i]))
+                    return true;
+            }
+        }
+    }
+    return false;
+}
+
 } // namespace
+
+bool isKeymapOfBoard(xkb_keymap *keymap)
+{
+    constexpr int enoughKeys = 30; // of 36
+    const auto isSpace = [](xkb_keysym_t symbol) {
+        return QChar::isSpace(xkb_keysym_to_utf32(symbol));
+    };
+    int keys = 0;
+    for (const KeyPosition &key : foundation::keyPositions()) {
+        if (key.flags & foundation::keyFlagNumericPad)
+            continue;
+        const QChar us(key.usCharacter);
+        if (us.isLetterOrNumber())
+            keys += hasSymbol(keymap, key, [](auto symbol) { return symbol != XKB_KEY_NoSymbol; });
+        else if (us.isSpace() && us != u'\t' && !hasSymbol(keymap, key, isSpace))
+            return false;
+    }
+    return keys >= enoughKeys;
+}
 
 KeyLayoutDescription describeKeymap(xkb_keymap *keymap, xkb_layout_index_t group)
 {

@@ -6,6 +6,11 @@
 
 namespace tarnwell::desktop {
 
+/// Whether a keymap is one that a board can have, of whatever script: there is something on the
+/// keys of the letters and digits, and Return and the space bar are in their places. Programs that
+/// send keys make keymaps of just the symbols that they send.
+bool isKeymapOfBoard(xkb_keymap *keymap);
+
 /// The layout that one group of a keymap is, with eleven tables: a key alone, with Shift, with Caps
 /// Lock and with both; the same four with Option, which reaches the third level; Command, and
 /// Command with Shift; Control.

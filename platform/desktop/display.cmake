@@ -1,5 +1,6 @@
 list(APPEND desktop_sources
     ScreenWindowServer.cpp
+    WaylandClient.cpp
     WaylandShortcuts.cpp)
 
 tarnwell_wayland_protocol(keyboard-shortcuts-inhibit

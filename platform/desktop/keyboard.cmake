@@ -1,4 +1,5 @@
 list(APPEND desktop_sources
+    WaylandKeyboard.cpp
     XkbDeadKeys.cpp
     XkbKeyboardLayouts.cpp
     XkbKeymap.cpp

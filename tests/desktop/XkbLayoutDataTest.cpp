@@ -1,3 +1,4 @@
+#include "desktop/XkbLayoutData.h"
 #include "desktop/XkbKeyboardLayouts.h"
 #include "desktop/XkbKeymap.h"
 #include "desktop/XkbModifiers.h"
@@ -149,6 +150,44 @@ INSTANTIATE_TEST_SUITE_P(
     RowName());
 
 // --- modifiers --------------------------------------------------------------------------------
+
+// --- keymaps that programs make for the keys that they send -----------------------------------
+
+/// Whether a keymap is taken for a board's; it is given as runs of keys, "10 1 2": the first key
+/// code and the symbol of each.
+bool isBoard(const QStringList &runs)
+{
+    QString codes;
+    QString symbols;
+    for (const QString &run : runs) {
+        const int first = run.section(u' ', 0, 0).toInt();
+        for (int i = 0; const QString &symbol : run.split(u' ').sliced(1)) {
+            codes += u"<K%1> = %1; "_s.arg(first + i);
+            symbols += u"key <K%1> { [ %2 ] }; "_s.arg(first + i++).arg(symbol);
+        }
+    }
+    const QString text = u"xkb_keymap { xkb_keycodes { minimum = 8; maximum = 255; %1 }; xkb_types "
+                         "{ include \"complete\" }; xkb_compatibility {}; xkb_symbols { %2 }; };"_s;
+    const XkbKeymapPointer keymap(xkb_keymap_new_from_string(
+        makeXkbContext().get(), text.arg(codes, symbols).toUtf8().constData(),
+        XKB_KEYMAP_FORMAT_TEXT_V1, XKB_KEYMAP_COMPILE_NO_FLAGS));
+    return isKeymapOfBoard(keymap.get());
+}
+
+TEST(KeymapsOfPrograms, AreNotThoseOfABoard)
+{
+    const QStringList letters{u"24 q w e r t y u i o p Up Up Return"_s,
+                              u"38 a s d f g h j k l Up Up Up Up Up z x c v b n m"_s,
+                              u"65 space"_s};
+    const QString digits = u"10 1 2 3 4 5 6 7 8 9 0"_s;
+    EXPECT_TRUE(isBoard(letters + QStringList{digits}));
+    EXPECT_FALSE(isBoard(letters));
+    EXPECT_FALSE(isBoard(letters.first(2) + QStringList{digits})) << "no space bar";
+    EXPECT_FALSE(isBoard({u"9 1 2 3 4 5 6 7 8 9 0 a b c d e f g h i j k l m n o p q r s t u v w x "
+                          "y z 1 2 3 4 5 6 7 8 9 0 1 2 3 4"_s,
+                          letters.last()}))
+        << "no Return";
+}
 
 TEST(ModifierMasks, AreThoseOfTheUsualKeys)
 {

@@ -50,26 +50,34 @@ struct WaylandKeys::Connection
     }
     static void forgetGlobal(void *, wl_registry *, uint32_t) {}
 
-    void plugIn()
+    void useKeymap(const QByteArray &text)
     {
         xkb_context *const context = xkb_context_new(XKB_CONTEXT_NO_FLAGS);
-        const xkb_rule_names names{"evdev", "pc105", "us", "", ""};
-        xkb_keymap *const keymap =
-            xkb_keymap_new_from_names(context, &names, XKB_KEYMAP_COMPILE_NO_FLAGS);
+        xkb_keymap *const keymap = xkb_keymap_new_from_string(
+            context, text.constData(), XKB_KEYMAP_FORMAT_TEXT_V1, XKB_KEYMAP_COMPILE_NO_FLAGS);
+        xkb_state_unref(state);
         state = xkb_state_new(keymap);
-        char *const text = xkb_keymap_get_as_string(keymap, XKB_KEYMAP_FORMAT_TEXT_V1);
-        const size_t size = std::strlen(text) + 1;
+        const auto size = size_t(text.size()) + 1;
         const int file = memfd_create("keymap", MFD_CLOEXEC);
-        if (write(file, text, size) == ssize_t(size)) {
-            keyboard = zwp_virtual_keyboard_manager_v1_create_virtual_keyboard(manager, seat);
+        if (write(file, text.constData(), size) == ssize_t(size)) {
+            if (!keyboard)
+                keyboard = zwp_virtual_keyboard_manager_v1_create_virtual_keyboard(manager, seat);
             zwp_virtual_keyboard_v1_keymap(keyboard, WL_KEYBOARD_KEYMAP_FORMAT_XKB_V1, file,
                                            uint32_t(size));
             wl_display_roundtrip(display);
         }
         close(file);
-        std::free(text);
         xkb_keymap_unref(keymap);
         xkb_context_unref(context);
+    }
+
+    void tellModifiers() const
+    {
+        zwp_virtual_keyboard_v1_modifiers(
+            keyboard, xkb_state_serialize_mods(state, XKB_STATE_MODS_DEPRESSED),
+            xkb_state_serialize_mods(state, XKB_STATE_MODS_LATCHED),
+            xkb_state_serialize_mods(state, XKB_STATE_MODS_LOCKED),
+            xkb_state_serialize_layout(state, XKB_STATE_LAYOUT_EFFECTIVE));
     }
 
     wl_display *display = nullptr;
@@ -81,7 +89,7 @@ struct WaylandKeys::Connection
     uint32_t time = 0;
 };
 
-WaylandKeys::WaylandKeys()
+WaylandKeys::WaylandKeys(const QByteArray &keymap)
     : m_connection(std::make_unique<Connection>())
 {
     Connection &c = *m_connection;
@@ -94,7 +102,7 @@ WaylandKeys::WaylandKeys()
     wl_registry_add_listener(c.registry, &listener, &c);
     wl_display_roundtrip(c.display);
     if (c.seat && c.manager)
-        c.plugIn();
+        c.useKeymap(keymap);
 }
 
 WaylandKeys::~WaylandKeys() = default;
@@ -102,6 +110,35 @@ WaylandKeys::~WaylandKeys() = default;
 bool WaylandKeys::isPluggedIn() const
 {
     return m_connection->keyboard != nullptr;
+}
+
+QByteArray WaylandKeys::keymapOf(const char *layouts)
+{
+    xkb_context *const context = xkb_context_new(XKB_CONTEXT_NO_FLAGS);
+    const xkb_rule_names names{"evdev", "pc105", layouts, "", ""};
+    xkb_keymap *const keymap =
+        xkb_keymap_new_from_names(context, &names, XKB_KEYMAP_COMPILE_NO_FLAGS);
+    char *const text = xkb_keymap_get_as_string(keymap, XKB_KEYMAP_FORMAT_TEXT_V1);
+    QByteArray result(text);
+    std::free(text);
+    xkb_keymap_unref(keymap);
+    xkb_context_unref(context);
+    return result;
+}
+
+void WaylandKeys::useKeymap(const QByteArray &keymap)
+{
+    if (isPluggedIn())
+        m_connection->useKeymap(keymap);
+}
+
+void WaylandKeys::lockGroup(quint32 group)
+{
+    if (!isPluggedIn())
+        return;
+    xkb_state_update_mask(m_connection->state, 0, 0, 0, 0, 0, group);
+    m_connection->tellModifiers();
+    wl_display_roundtrip(m_connection->display);
 }
 
 void WaylandKeys::press(const QList<quint16> &codes)
@@ -125,11 +162,7 @@ void WaylandKeys::turn(quint16 code, bool down)
                                 down ? WL_KEYBOARD_KEY_STATE_PRESSED
                                      : WL_KEYBOARD_KEY_STATE_RELEASED);
     xkb_state_update_key(c.state, code + scanCodeOffset, down ? XKB_KEY_DOWN : XKB_KEY_UP);
-    zwp_virtual_keyboard_v1_modifiers(
-        c.keyboard, xkb_state_serialize_mods(c.state, XKB_STATE_MODS_DEPRESSED),
-        xkb_state_serialize_mods(c.state, XKB_STATE_MODS_LATCHED),
-        xkb_state_serialize_mods(c.state, XKB_STATE_MODS_LOCKED),
-        xkb_state_serialize_layout(c.state, XKB_STATE_LAYOUT_EFFECTIVE));
+    c.tellModifiers();
 }
 
 } // namespace tarnwell::tests

@@ -1,20 +1,26 @@
 #pragma once
 
+#include <QByteArray>
 #include <QList>
 
 #include <memory>
 
 namespace tarnwell::tests {
 
-/// A keyboard with the English layout on the Wayland compositor that WAYLAND_DISPLAY names.
+/// A keyboard on the Wayland compositor that WAYLAND_DISPLAY names.
 class WaylandKeys
 {
 public:
     /// Without a compositor that takes such keyboards the object does nothing.
-    WaylandKeys();
+    explicit WaylandKeys(const QByteArray &keymap = keymapOf("us"));
     ~WaylandKeys();
 
+    /// The keymap of layouts of the database, such as "us,de", as text.
+    static QByteArray keymapOf(const char *layouts);
+
     bool isPluggedIn() const;
+    void useKeymap(const QByteArray &keymap);
+    void lockGroup(quint32 group);
 
     /// Presses keys of these evdev codes in this order and releases them in the opposite one. The
     /// compositor has seen to all of them by the time that this returns, and before them to what it
