@@ -1,12 +1,9 @@
 #pragma once
 
+#include "desktop/UniqueFd.h"
 #include "ports/LockFiles.h"
 
-#include <QHash>
-
-#include <sys/types.h>
-
-#include <utility>
+#include <map>
 
 namespace tarnwell::desktop {
 
@@ -17,11 +14,11 @@ public:
     int createFolder(const QString &path) override;
     int create(const QString &path) override;
     int remove(const QString &path) override;
+    std::unique_ptr<ports::StandingLock> find(const QString &path) const override;
 
 private:
-    using FileNumber = std::pair<dev_t, ino_t>;
-
-    QHash<QString, FileNumber> m_ours;
+    /// Ours, held open: the number of an open file is given to no other one.
+    std::map<QString, UniqueFd> m_ours;
 };
 
 } // namespace tarnwell::desktop

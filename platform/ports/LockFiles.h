@@ -2,10 +2,32 @@
 
 #include <QString>
 
+#include <memory>
+
 namespace tarnwell::ports {
 
+/// A lock as it stood when it was looked at, whoever made it.
+class StandingLock
+{
+public:
+    virtual ~StandingLock() = default;
+
+    /// When it was made, in seconds since 1 January 2001, 00:00 UTC.
+    virtual double madeAt() const = 0;
+
+    /// The user it belongs to: the account's name, or its number where there is no such account.
+    virtual QString owner() const = 0;
+
+    /// Whether it belongs to the user of this process, who may then remove it.
+    virtual bool isOurs() const = 0;
+
+    /// Removes this very lock; -43 when it is gone, also when another one took its place, which is
+    /// left alone then. Or another of the platform's negative status codes.
+    virtual int remove() = 0;
+};
+
 /// Empty files whose being there says that somebody is at work. Paths are those of the machine.
-/// Every function returns 0, or one of the platform's negative status codes.
+/// Functions that return a number return 0, or one of the platform's negative status codes.
 class LockFiles
 {
 public:
@@ -21,6 +43,9 @@ public:
     /// Removes a file that create() of this object made; -43 when there is none of the name, or
     /// only one that somebody else made.
     virtual int remove(const QString &path) = 0;
+
+    /// What stands in the way of create(); null when nothing does, or when it is a folder.
+    virtual std::unique_ptr<StandingLock> find(const QString &path) const = 0;
 };
 
 } // namespace tarnwell::ports

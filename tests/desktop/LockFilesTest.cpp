@@ -1,8 +1,13 @@
 #include "desktop/LocalLockFiles.h"
+#include "desktop/SystemClock.h"
 
 #include "support/TemporaryHome.h"
 
 #include <gtest/gtest.h>
+
+#include <unistd.h>
+
+#include <cmath>
 
 using namespace Qt::StringLiterals;
 
@@ -56,12 +61,54 @@ TEST_F(LockFiles, LeaveALockThatTookThePlaceOfTheirs)
 {
     disk.makeFolder(u"/tmp"_s);
     const QString lock = disk.path(u"/tmp/a.lock"_s);
-    ASSERT_EQ(locks.create(lock), 0);
-    // Moved and not removed, so that the new file can't be given the number of the old one.
-    disk.move(u"/tmp/a.lock"_s, u"/tmp/old"_s);
-    disk.write(u"/tmp/a.lock"_s, "another's");
-    EXPECT_EQ(locks.remove(lock), -43);
-    EXPECT_EQ(content(u"/tmp/a.lock"_s), "another's");
+    // Where the numbers of files are used again, the new file gets the one of the old.
+    for (int i = 0; i < 50; ++i) {
+        ASSERT_EQ(locks.create(lock), 0);
+        ASSERT_TRUE(QFile::remove(lock));
+        disk.write(u"/tmp/a.lock"_s, "another's");
+        EXPECT_EQ(locks.remove(lock), -43) << i;
+        EXPECT_EQ(content(u"/tmp/a.lock"_s), "another's") << i;
+        QFile::remove(lock);
+    }
+}
+
+TEST_F(LockFiles, TellWhatStandsInTheWay)
+{
+    disk.makeFolder(u"/tmp/folder"_s);
+    const QString name = disk.path(u"/tmp/a.lock"_s);
+    EXPECT_FALSE(locks.find(name));
+    EXPECT_FALSE(locks.find(disk.path(u"/tmp/folder"_s)));
+    ASSERT_EQ(desktop::LocalLockFiles().create(name), 0);
+    auto stands = locks.find(name);
+    ASSERT_TRUE(stands);
+    EXPECT_TRUE(stands->isOurs());
+    EXPECT_EQ(stands->owner(), QFileInfo(name).owner());
+    EXPECT_LT(std::abs(desktop::SystemClock().absoluteTime() - stands->madeAt()), 3600.0);
+    // Another one takes its place.
+    ASSERT_TRUE(QFile::remove(name));
+    ASSERT_EQ(desktop::LocalLockFiles().create(name), 0);
+    EXPECT_EQ(stands->remove(), -43);
+    EXPECT_EQ(locks.find(name)->remove(), 0);
+    EXPECT_FALSE(QFileInfo::exists(name));
+
+    disk.write(u"/precious"_s, "precious");
+    ASSERT_TRUE(QFile::link(disk.path(u"/precious"_s), name));
+    EXPECT_EQ(locks.find(name)->remove(), 0) << "the link, not what it leads to";
+    EXPECT_EQ(content(u"/precious"_s), "precious");
+    ASSERT_EQ(::mkfifo(QFile::encodeName(name).constData(), 0600), 0);
+    EXPECT_EQ(locks.find(name)->remove(), 0) << "without waiting for somebody to write";
+}
+
+TEST_F(LockFiles, TellWhoseTheyAre)
+{
+    if (::geteuid() != 0)
+        GTEST_SKIP() << "only root can give a file away";
+    disk.makeFolder(u"/tmp"_s);
+    const QString name = disk.path(u"/tmp/a.lock"_s);
+    disk.write(u"/tmp/a.lock"_s, "");
+    ASSERT_EQ(::chown(QFile::encodeName(name).constData(), 54321, 54321), 0);
+    EXPECT_FALSE(locks.find(name)->isOurs());
+    EXPECT_EQ(locks.find(name)->owner(), u"54321"_s);
 }
 
 TEST_F(LockFiles, SayWhyTheyCannotBeMade)
