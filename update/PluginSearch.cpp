@@ -20,8 +20,8 @@ std::optional<foundation::Bundle> findPlugin(const QString &folder, const QStrin
         auto bundle = foundation::Bundle::open(path);
         const QString found = bundle ? moduleIdentifier(*bundle) : QString();
         if (found.isEmpty()) {
-            TARNWELL_SYSTEM_LOG(
-                u"This bundle has no ID! %1"_s.arg(QUrl::fromLocalFile(path + u'/').toString()));
+            TARNWELL_SYSTEM_LOG(u"This bundle has no ID! %1"_s.arg(
+                QUrl::fromLocalFile(path + u'/').toString(QUrl::FullyEncoded)));
             continue;
         }
         if (logsDiagnostics)

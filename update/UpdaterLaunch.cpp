@@ -73,7 +73,7 @@ void launchAndReport(const UpdateContext &context, const foundation::Bundle &bun
     if (!result.tried)
         return;
     const QString name = context.state.productName;
-    const QString location = QUrl::fromLocalFile(updater + u'/').toString();
+    const QString location = QUrl::fromLocalFile(updater + u'/').toString(QUrl::FullyEncoded);
     if (result.status != foundation::noErr) {
         TARNWELL_ZOK_LOG(
             u"[%1] Could not launch the updater (%2) due to error %3 occurring. %4"_s.arg(

@@ -51,7 +51,8 @@ bool startsWithDigit(const QString &text)
     return !text.isEmpty() && text.front() >= u'0' && text.front() <= u'9';
 }
 
-/// The leading numbers of a version such as "22.04" or "6.1.0-13-amd64".
+/// The leading numbers of a version such as "22.04" or "6.1.0-13-amd64". Of a number that is too
+/// large the lower 31 bits are kept, so that those of two releases still differ.
 std::array<qint32, 3> numbers(const QString &version)
 {
     std::array<qint32, 3> result{};
@@ -59,9 +60,10 @@ std::array<qint32, 3> numbers(const QString &version)
     for (qsizetype i = 0; i < qsizetype(result.size()) && i < parts.size(); ++i) {
         const QString &part = parts.at(i);
         qsizetype digits = 0;
-        while (digits < part.size() && part.at(digits) >= u'0' && part.at(digits) <= u'9')
-            ++digits;
-        result[size_t(i)] = part.first(digits).toInt();
+        quint64 number = 0;
+        for (; digits < part.size() && part.at(digits) >= u'0' && part.at(digits) <= u'9'; ++digits)
+            number = (number * 10 + (part.at(digits).unicode() - u'0')) & 0x7FFFFFFF;
+        result[size_t(i)] = qint32(number);
         if (digits < part.size())
             break;
     }

@@ -49,7 +49,9 @@ TEST(LinuxSystemFacts, TakesTheVersionOfTheDistribution)
         {"three, unquoted", "VERSION_ID=3.18.4\r\n", {3, 18, 4}},
         {"four", "VERSION_ID=1.2.3.4", {1, 2, 3}},
         {"letters after", "VERSION_ID=7.9-beta.3", {7, 9, 0}},
-        {"more than fits", "VERSION_ID=99999999999.1", {0, 1, 0}},
+        {"a date", "VERSION_ID=20240101", {20240101, 0, 0}},
+        // Kept in 31 bits, so that two moments still differ.
+        {"a date and a time", "VERSION_ID=202401011230.1", {537548318, 1, 0}},
         {"a comment before", "#VERSION_ID=1\nMY_VERSION_ID=2\nVERSION_ID=3", {3, 0, 0}},
     };
     for (const Row &row : rows) {

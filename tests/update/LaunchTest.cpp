@@ -38,6 +38,7 @@ TEST_F(Launch, DependsOnWhoAsks)
         QString launched;
         const CapturedLog log;
         EXPECT_EQ(update::QXLaunchUpdater(context(), bundle, moduleID, &launched), 0);
+        EXPECT_EQ(log.containing(u"Resources/Varnit%20Updater.app/"_s).size(), row.opened.size());
         EXPECT_EQ(opened(), row.opened);
         EXPECT_EQ(launched, row.opened.isEmpty() ? QString() : updaterPath());
         EXPECT_EQ(lockFiles.control().everCreated, QStringList{lockPath});

@@ -6,6 +6,9 @@
 #include "update/SystemVersion.h"
 #include "update/UpdateModule.h"
 
+#include <QSet>
+
+#include <array>
 #include <cmath>
 
 using namespace Qt::StringLiterals;
@@ -178,7 +181,8 @@ TEST(SystemVersion, IsPackedInDigits)
     const VersionRow versions[] = {
         {"three_numbers", {10, 6, 8}, 0x1068, 0x100608},
         {"two_digits_each", {24, 10, 31}, {}, 0x241031},
-        {"out_of_range", {20240101, -3, 100}, {}, 0x990099},
+        {"all_that_two_digits_hold", {99, 99, 99}, {}, 0x999999},
+        {"below_zero", {12, -3, 1}, {}, 0x120001},
         {"one_number_missing", {10, {}, 8}, 0x1049, 0x100409},
         {"nothing", {{}, {}, {}}, {}, 0},
     };
@@ -196,6 +200,25 @@ TEST(SystemVersion, IsPackedInDigits)
             gestalt[ports::fourCharacterCode("sysv")] = *row.level;
         EXPECT_EQ(update::QXSystemVersionBCD(facts, state), row.expected);
     }
+}
+
+/// An upgrade is seen by comparing two packed versions.
+TEST(SystemVersion, DiffersFromThatOfEveryOtherRelease)
+{
+    const std::array<qint32, 3> releases[] = {
+        {99, 99, 99},      {100, 0, 0},       {20240101, 0, 0},  {20240102, 0, 0},
+        {20250101, 0, 0},  {24, 20240101, 0}, {24, 20240102, 0}, {5, 10, 100},
+        {5, 10, 226},      {5, 11, 66},       {5, 10, 227},      {2147483647, 0, 0},
+        {1, 2147483647, 1}};
+    QSet<quint32> packed;
+    for (const auto &release : releases) {
+        fakes::FakeSystemFacts facts;
+        for (quint32 i = 0; i < 3; ++i)
+            facts.control().gestalt[ports::fourCharacterCode("sys1") + i] = release[i];
+        update::UpdateProcessState state;
+        packed.insert(update::QXSystemVersionBCD(facts, state));
+    }
+    EXPECT_EQ(packed.size(), qsizetype(std::size(releases)));
 }
 
 } // namespace tarnwell::tests

@@ -148,6 +148,7 @@ TEST(PluginSearch, FindsTheFirstOfItsIdentifier)
     ASSERT_TRUE(found);
     EXPECT_EQ(found->path(), folder + u"/p.zok"_s);
     EXPECT_EQ(log.containing(u"This bundle has no ID! "_s).size(), 2);
+    EXPECT_EQ(log.containing(u"/Hullforges/a%20folder/"_s).size(), 1);
     EXPECT_TRUE(update::findPlugin(folder, u"seven"_s, true));
     EXPECT_FALSE(update::findPlugin(folder, u"com.varnit.other"_s, false));
     EXPECT_FALSE(update::findPlugin(disk.path(u"/nowhere"_s), u"seven"_s, false));
