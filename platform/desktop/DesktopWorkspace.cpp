@@ -134,7 +134,7 @@ QIcon DesktopWorkspace::iconForFileType(const QString &extension) const
 
 QIcon DesktopWorkspace::iconFromImageFile(const QString &path) const
 {
-    return QIcon(new FileIconEngine([path] { return IconSource{{path}, {}}; }));
+    return QIcon(new FileIconEngine([path] { return IconSource{{path}, {}, std::nullopt}; }));
 }
 
 bool DesktopWorkspace::openFile(const QString &path)

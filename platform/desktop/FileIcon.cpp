@@ -61,10 +61,12 @@ QPixmap FileIconEngine::load(const QSize &size)
         if (const QPixmap picture = icon.pixmap(size, 1.0); !picture.isNull())
             return picture;
     }
+    if (!m_source->fallback)
+        return {};
     QPixmap picture(size);
     picture.fill(Qt::transparent);
     QPainter painter(&picture);
-    drawGenericIcon(painter, QRectF(QPointF(), QSizeF(size)), m_source->fallback);
+    drawGenericIcon(painter, QRectF(QPointF(), QSizeF(size)), *m_source->fallback);
     return picture;
 }
 

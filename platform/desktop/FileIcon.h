@@ -14,12 +14,12 @@
 namespace tarnwell::desktop {
 
 /// Where the picture of an icon comes from: the first image file that can be read, else the first
-/// name that the icon theme knows, else a drawing.
+/// name that the icon theme knows, else a drawing, or nothing at all where there is to be none.
 struct IconSource
 {
     QStringList imageFiles;
     QStringList themeNames;
-    GenericIcon fallback = GenericIcon::Document;
+    std::optional<GenericIcon> fallback = GenericIcon::Document;
 };
 
 /// An icon that costs nothing until it is painted: only then its source is looked for and the

@@ -19,7 +19,8 @@ public:
     /// The icon of files of a type, named by its extension without the dot.
     virtual QIcon iconForFileType(const QString &extension) const = 0;
 
-    /// The picture in an image file as an icon, loaded when it is first painted.
+    /// The picture in an image file as an icon, loaded when it is first painted. Of a damaged file
+    /// nothing is painted.
     virtual QIcon iconFromImageFile(const QString &path) const = 0;
 
     /// Opens a file with its default application. False when there is none.

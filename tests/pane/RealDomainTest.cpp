@@ -8,6 +8,7 @@
 #include "pane/TarnwellPref.h"
 #include "support/TemporaryHome.h"
 
+#include <QBuffer>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDBusConnection>
@@ -208,6 +209,34 @@ TEST_F(RealDomain, WorksWithoutABusAndWithoutAPlaceToWrite)
     EXPECT_FALSE(open.pane.menuAccEnabled()->isChecked());
     EXPECT_FALSE(open.pane.storeProblem()->text().isEmpty());
     EXPECT_EQ(open.pane.scPopup()->currentText(), u"No Applications Configured"_s);
+}
+
+TEST_F(RealDomain, ADamagedIconLeavesThatOfTheHostUnchanged)
+{
+    QImage picture(64, 64, QImage::Format_RGB32);
+    for (int i = 0; i < 64 * 64; ++i) // nothing that could be packed into a few bytes
+        picture.setPixel(i % 64, i / 64, QRgb(i * 2654435761U));
+    QBuffer whole;
+    picture.save(&whole, "PNG");
+    QPixmap base(64, 64);
+    base.fill(Qt::red);
+    const std::pair<const char *, QByteArray> rows[] = {
+        {"whole", whole.data()},
+        {"empty", ""},
+        {"nonsense", "icns\xff\xff\xff\xffic07"},
+        {"torn", whole.data().first(whole.size() / 2)},
+    };
+    home.writeInfo(u"/Bare.prefPane/Contents/Info.plist"_s, {});
+    for (const auto &[name, bytes] : rows) {
+        home.write(u"/Bare.prefPane/Contents/Resources/Tarnwell.icns"_s, bytes);
+        const auto bundle = foundation::Bundle::open(home.path(u"/Bare.prefPane"_s));
+        pane::PaneDesktop desktop({bundle->path(), home.home(), home.root(), icon});
+        pane::TarnwellPref pane(desktop.ports(), desktop.identityCache(), *bundle);
+        const QIcon shown = pane.overlayIcon(QIcon(base), u"Tarnwell.icns"_s);
+        const QImage drawn = shown.pixmap(64, 64).toImage().convertedTo(QImage::Format_RGB32);
+        const bool isUnchanged = drawn == base.toImage().convertedTo(QImage::Format_RGB32);
+        EXPECT_EQ(isUnchanged, name != "whole"_L1) << name;
+    }
 }
 
 } // namespace tarnwell::tests
