@@ -2,8 +2,10 @@
 
 #include "foundation/Logging.h"
 #include "ports/Clock.h"
+#include "ports/LockFiles.h"
 #include "ports/NotificationCenter.h"
 #include "ports/Preferences.h"
+#include "ports/Tasks.h"
 #include "ports/Timers.h"
 #include "prefs/PreferenceKeys.h"
 #include "ui/InterfaceFile.h"
@@ -154,6 +156,8 @@ void QXVCUpdateViewController_V102::addOutlets(ui::InterfaceOwner &owner)
     TARNWELL_OUTLET(QDialog, privacyWindow, setPrivacyWindow);
 
 #undef TARNWELL_OUTLET
+    owner.addOutlet<QPushButton>(u"removeLockButton"_s,
+                                 [this](QPushButton *button) { m_removeLockButton = button; });
 }
 
 void QXVCUpdateViewController_V102::addActions(ui::InterfaceOwner &owner)
@@ -164,6 +168,7 @@ void QXVCUpdateViewController_V102::addActions(ui::InterfaceOwner &owner)
     TARNWELL_ACTION(changeAutoUpdate);
     TARNWELL_ACTION(changeFrequency);
     TARNWELL_ACTION(checkNow);
+    TARNWELL_ACTION(removeLock);
     TARNWELL_ACTION(privacyPolicy);
     TARNWELL_ACTION(dismissPrivacy);
 

@@ -29,6 +29,8 @@ class QWidget;
 
 namespace tarnwell::ports {
 class Observation;
+class ProcessWatch;
+class StandingLock;
 class Timer;
 struct Notification;
 } // namespace tarnwell::ports
@@ -52,7 +54,8 @@ struct UpdateViewServices
 /// It takes the place of a view that the pane sets aside for it, or opens as a sheet where that
 /// view is a button. It works for any module: every setting lives in the preference domain that
 /// the module's identifier names. Between checks it is idle; from the start of a check until the
-/// updater reports its end, or two seconds after the user cancelled, its button cancels.
+/// updater reports its end, or two seconds after the user cancelled or the updater ended without
+/// such a report, its button cancels.
 class QXVCUpdateViewController_V102 : public QObject
 {
     TARNWELL_FIELD(std::optional<foundation::Bundle>, zokBundle, setZokBundle)
@@ -91,7 +94,7 @@ public:
     void awakeFromNib();
 
     // Settings
-    /// Shows what other processes stored, and takes up what they did to a check. Writes nothing.
+    /// Shows what other processes stored. Writes nothing.
     void showStoredSettings();
     void changeAutoUpdate(QObject *sender);
     void changeFrequency(QObject *sender);
@@ -103,6 +106,8 @@ public:
     void updateCheckComplete();
     void statusChange(const ports::Notification &notification);
     void updateStatusString();
+    /// Removes the lock that the status line tells of, and goes on with the check.
+    void removeLock(QObject *sender);
 
     // Windows
     void showUpdateSheet(QObject *sender);
@@ -117,6 +122,15 @@ public:
     const ui::InterfaceMismatch &interfaceMismatch() const { return *m_interfaceMismatch; }
 
 private:
+    /// What is stored of the last check.
+    struct StoredResult
+    {
+        plist::Value status;
+        plist::Value date;
+
+        friend bool operator==(const StoredResult &, const StoredResult &) = default;
+    };
+
     explicit QXVCUpdateViewController_V102(const UpdateViewServices &services);
 
     std::optional<foundation::Bundle> findBundle(const QString &identifier) const;
@@ -130,13 +144,21 @@ private:
 
     void stopDueCheck();
     void followStoredStatus();
+    void launch(const foundation::Bundle &bundle);
     void cancelCheck(QAbstractButton *sender);
+    void updaterEnded();
+    void endCheck();
     void showProgress();
     void hideProgress();
     void showCancel();
     void showStatus(const plist::Value &date, const QString &status);
+    void showStatusOverStored(const plist::Value &date, const QString &status);
+    void showFailure(int status);
+    void showLock(std::unique_ptr<ports::StandingLock> lock);
+    void offerToRemoveLock();
+    void withdrawOffer();
     void announceStatus();
-    plist::Value storedStatus() const;
+    StoredResult storedResult() const;
     void synchronize();
     UpdateContext context() const;
     plist::Value now() const;
@@ -149,9 +171,17 @@ private:
     UpdateViewServices m_services;
     std::unique_ptr<ui::InterfaceMismatch> m_interfaceMismatch;
     std::vector<std::unique_ptr<QWidget>> m_windows; ///< of the interface files
-    std::unique_ptr<ports::Timer> m_cancelTimer;     ///< from a cancel to the end of checking
+    std::unique_ptr<ports::Timer>
+        m_endTimer; ///< from a cancel, or the updater's end, to that of checking
+    std::unique_ptr<ports::ProcessWatch> m_updaterWatch; ///< of the updater that this view started
     ui::KeptFocus m_focusOfCheckNow;
-    plist::Value m_statusBeforeCheck; ///< as it was stored when the progress began to show
+    plist::Value m_statusBeforeCheck; ///< as it was stored when the updater was started
+    /// What was stored when the status line began to show something newer; nothing while it shows
+    /// what is stored.
+    std::optional<StoredResult> m_storedBelow;
+    QPushButton *m_removeLockButton = nullptr;
+    std::unique_ptr<ports::StandingLock> m_lock; ///< that the status line tells of; or null
+    std::unique_ptr<ports::Timer> m_lockTimer;   ///< until it is old enough to be removed
     std::vector<std::unique_ptr<ports::Observation>> m_observations;
 };
 

@@ -5,8 +5,10 @@
 #include "foundation/Logging.h"
 #include "foundation/PlainToolTip.h"
 #include "foundation/StatusCodes.h"
+#include "ports/LockFiles.h"
 #include "ports/NotificationCenter.h"
 #include "ports/Preferences.h"
+#include "ports/Tasks.h"
 #include "ports/Timers.h"
 #include "prefs/PreferenceKeys.h"
 #include "update/FormattedDate.h"
@@ -26,7 +28,7 @@ namespace keys = prefs::keys;
 
 namespace {
 
-constexpr double patienceAfterCancel = 2.0; // seconds
+constexpr double patience = 2.0; // seconds that an updater's last report may take
 
 enum ButtonTag : int { Idle = 0, Checking = 1 };
 
@@ -59,26 +61,35 @@ void QXVCUpdateViewController_V102::checkNow(QObject *sender)
     }
     // Another process may have removed the plug-in meanwhile.
     const auto bundle = foundation::Bundle::open(zokBundle()->path());
-    if (!bundle) {
-        if (tagOf(checkNow()) == Idle)
-            hideProgress();
+    if (!bundle)
+        return;
+    m_focusOfCheckNow.disable(checkNow());
+    launch(*bundle);
+    m_focusOfCheckNow.enable(checkNow());
+}
+
+void QXVCUpdateViewController_V102::launch(const foundation::Bundle &bundle)
+{
+    synchronize();
+    const plist::Value statusBefore = storedResult().status;
+    UpdaterLaunch launched = launchUpdater(context(), bundle, zokBundleID());
+    if (!launched.updater.isEmpty()) {
+        setLaunchedUpdater(launched.updater);
+        m_statusBeforeCheck = statusBefore;
+        m_updaterWatch.reset();
+        if (launched.processId != 0)
+            m_updaterWatch =
+                m_services.desktop.tasks.watch(launched.processId, [this] { updaterEnded(); });
+    }
+    if (launched.status != foundation::noErr) {
+        showFailure(launched.status);
         return;
     }
-    m_focusOfCheckNow.disable(checkNow());
-    const int status = QXLaunchUpdater(context(), bundle, zokBundleID(), &m_launchedUpdater);
-    if (status != foundation::noErr) {
-        const QString comment =
-            QString::fromLatin1(foundation::GetMacOSStatusCommentString(status));
-        showStatus(now(), localized("Failed. Error %d. %s")
-                              .replace("%d"_L1, QString::number(status))
-                              .replace("%s"_L1, comment));
-        announceStatus();
-    } else {
-        showCancel();
-        m_services.desktop.preferences.setAppValue(keys::suLastCheckDate, now(), zokBundleID());
-        synchronize();
-    }
-    m_focusOfCheckNow.enable(checkNow());
+    showCancel();
+    m_services.desktop.preferences.setAppValue(keys::suLastCheckDate, now(), zokBundleID());
+    synchronize();
+    if (launched.lock)
+        showLock(std::move(launched.lock));
 }
 
 void QXVCUpdateViewController_V102::cancelCheck(QAbstractButton *sender)
@@ -87,11 +98,25 @@ void QXVCUpdateViewController_V102::cancelCheck(QAbstractButton *sender)
         checkingTimer()->invalidate();
         setCheckingTimer(nullptr);
     }
+    withdrawOffer();
     m_focusOfCheckNow.disable(sender);
     m_services.desktop.distributedNotifications.post(
         {u"com.varnit.updater.CancelUpdate"_s, zokBundleID(), {}});
-    m_cancelTimer = m_services.desktop.timers.scheduleOnce(patienceAfterCancel,
-                                                           [this] { updateCheckComplete(); });
+    m_endTimer =
+        m_services.desktop.timers.scheduleOnce(patience, [this] { updateCheckComplete(); });
+}
+
+void QXVCUpdateViewController_V102::updaterEnded()
+{
+    m_updaterWatch.reset();
+    // What it said last may still be on its way over the bus.
+    if (!m_endTimer || !m_endTimer->isValid())
+        m_endTimer = m_services.desktop.timers.scheduleOnce(patience, [this] {
+            endCheck();
+            if (storedResult().status == m_statusBeforeCheck)
+                showStatusOverStored(now(), localized("The updater ended without a result."));
+            announceStatus();
+        });
 }
 
 void QXVCUpdateViewController_V102::stopDueCheck()
@@ -102,12 +127,19 @@ void QXVCUpdateViewController_V102::stopDueCheck()
 
 void QXVCUpdateViewController_V102::updateCheckComplete()
 {
+    endCheck();
+    announceStatus();
+}
+
+void QXVCUpdateViewController_V102::endCheck()
+{
     // The updater may have answered a cancel, or somebody else's check: no timer of this one may
     // end or repeat the next.
-    for (ports::Timer *timer : {m_cancelTimer.get(), checkingTimer().get()}) {
+    for (ports::Timer *timer : {m_endTimer.get(), checkingTimer().get()}) {
         if (timer)
             timer->invalidate();
     }
+    m_updaterWatch.reset();
     if (m_services.state.logsDiagnostics)
         TARNWELL_SYSTEM_LOG(u"Completed"_s);
     hideProgress();
@@ -116,7 +148,6 @@ void QXVCUpdateViewController_V102::updateCheckComplete()
     m_focusOfCheckNow.enable(checkNow());
     synchronize();
     updateStatusString();
-    announceStatus();
 }
 
 void QXVCUpdateViewController_V102::statusChange(const ports::Notification &notification)
@@ -128,21 +159,40 @@ void QXVCUpdateViewController_V102::statusChange(const ports::Notification &noti
     const plist::Value status = info.value(u"Status"_s);
     if (!date.isDate() || !status.isString())
         return;
-    showStatus(date, status.toString());
+    if (progessBar()->isHidden())
+        synchronize(); // so that nothing older is taken for new later
+    showStatusOverStored(date, status.toString());
     lastStatus()->repaint();
 }
 
 void QXVCUpdateViewController_V102::updateStatusString()
 {
-    const plist::Value status = storedStatus();
-    const plist::Value date =
-        m_services.desktop.preferences.copyAppValue(keys::suLastCheckDate, zokBundleID());
-    showStatus(date.isDate() ? date : now(),
-               status.isString() ? status.toString() : localized("Never checked for updates."));
+    m_storedBelow.reset();
+    const StoredResult stored = storedResult();
+    showStatus(stored.date.isDate() ? stored.date : now(),
+               stored.status.isString() ? stored.status.toString()
+                                        : localized("Never checked for updates."));
+}
+
+void QXVCUpdateViewController_V102::showStatusOverStored(const plist::Value &date,
+                                                         const QString &status)
+{
+    showStatus(date, status);
+    m_storedBelow = storedResult();
+}
+
+void QXVCUpdateViewController_V102::showFailure(int status)
+{
+    showStatus(now(), localized("Failed. Error %d. %s")
+                          .replace("%d"_L1, QString::number(status))
+                          .replace("%s"_L1, QString::fromLatin1(
+                                                foundation::GetMacOSStatusCommentString(status))));
+    announceStatus();
 }
 
 void QXVCUpdateViewController_V102::showStatus(const plist::Value &date, const QString &status)
 {
+    withdrawOffer();
     const auto text = [&](DateStyle style) {
         return formatted(
             lastStatusString(),
@@ -159,25 +209,24 @@ void QXVCUpdateViewController_V102::announceStatus()
     QAccessible::updateAccessibility(&alert);
 }
 
-plist::Value QXVCUpdateViewController_V102::storedStatus() const
+QXVCUpdateViewController_V102::StoredResult QXVCUpdateViewController_V102::storedResult() const
 {
-    return m_services.desktop.preferences.copyAppValue(keys::suLastCheckStatus, zokBundleID());
+    const ports::Preferences &preferences = m_services.desktop.preferences;
+    return {preferences.copyAppValue(keys::suLastCheckStatus, zokBundleID()),
+            preferences.copyAppValue(keys::suLastCheckDate, zokBundleID())};
 }
 
 void QXVCUpdateViewController_V102::followStoredStatus()
 {
-    // A new result is the end of a check, even if the notification of it was lost.
-    if (progessBar()->isHidden())
+    // During a check the updater may store how far it is, which is no end of it.
+    if (progessBar()->isHidden() && m_storedBelow != storedResult())
         updateStatusString();
-    else if (storedStatus() != m_statusBeforeCheck)
-        updateCheckComplete();
 }
 
 void QXVCUpdateViewController_V102::showProgress()
 {
     if (!progessBar()->isHidden())
         return;
-    m_statusBeforeCheck = storedStatus();
     progessBar()->setRange(0, 0); // which is animated
     progessBar()->show();
 }

@@ -43,56 +43,56 @@ bool isFileName(const QString &name, const ports::FileManager &fileManager)
            fileManager.fileSystemRepresentation(name).size() <= longestName;
 }
 
-/// What was started of the updater, and how that went.
-struct Launch
+/// Starts the updater at a location for a user; false when there is nobody to start it for.
+bool launch(const UpdateContext &context, const QString &updater, const QString &bundlePath,
+            int *status, qint64 *processId)
 {
-    bool tried = false;
-    int status = 0;
-};
-
-Launch launch(const UpdateContext &context, const QString &updater, const QString &bundlePath)
-{
-    if (context.systemFacts.realUserId() != 0)
-        return {true, context.applications.openApplication(updater, bundlePath)};
+    if (context.systemFacts.realUserId() != 0) {
+        *status = context.applications.openApplication(updater, bundlePath, processId);
+        return true;
+    }
     const quint32 user = context.systemFacts.effectiveUserId();
     if (user == 0)
-        return {};
+        return false;
     // A helper with root's rights that acts for a user: the updater is told for whom.
-    return {true,
-            context.applications.openApplicationWithArguments(
-                updater, {u"-u"_s, QString::number(qint32(user)), u"--bundle"_s, bundlePath})};
+    *status = context.applications.openApplicationWithArguments(
+        updater, {u"-u"_s, QString::number(qint32(user)), u"--bundle"_s, bundlePath}, processId);
+    return true;
 }
 
 void launchAndReport(const UpdateContext &context, const foundation::Bundle &bundle,
-                     const QString &moduleID, QString *launchedUpdater)
+                     const QString &moduleID, UpdaterLaunch &result)
 {
     const QString updater = bundle.resourcePath(u"Varnit Updater"_s, u"app"_s);
-    if (updater.isEmpty())
-        return;
-    const Launch result = launch(context, updater, bundle.path());
-    if (!result.tried)
+    int status = foundation::noErr;
+    if (updater.isEmpty() || !launch(context, updater, bundle.path(), &status, &result.processId))
         return;
     const QString name = context.state.productName;
     const QString location = QUrl::fromLocalFile(updater + u'/').toString(QUrl::FullyEncoded);
-    if (result.status != foundation::noErr) {
+    if (status != foundation::noErr) {
         TARNWELL_ZOK_LOG(
             u"[%1] Could not launch the updater (%2) due to error %3 occurring. %4"_s.arg(
-                name, location, QString::number(result.status), comment(result.status)));
+                name, location, QString::number(status), comment(status)));
         return;
     }
-    if (launchedUpdater)
-        *launchedUpdater = updater;
+    result.updater = updater;
     TARNWELL_ZOK_LOG(u"[%1] Launched the updater at %2"_s.arg(name, location));
     context.preferences.appSynchronize(moduleID);
 }
 
 } // namespace
 
-int QXLaunchUpdater(const UpdateContext &context, const std::optional<foundation::Bundle> &bundle,
-                    const QString &moduleID, QString *launchedUpdater)
+UpdaterLaunch launchUpdater(const UpdateContext &context,
+                            const std::optional<foundation::Bundle> &bundle,
+                            const QString &moduleID)
 {
+    UpdaterLaunch result;
+    const auto ended = [&result](int status) {
+        result.status = status;
+        return std::move(result);
+    };
     if (!bundle || moduleID.isEmpty())
-        return foundation::paramErr;
+        return ended(foundation::paramErr);
     if (context.state.productName.isEmpty())
         context.state.productName = productName(*bundle).toString();
     const QString name = context.state.productName;
@@ -102,10 +102,10 @@ int QXLaunchUpdater(const UpdateContext &context, const std::optional<foundation
     lock.folder =
         context.fileManager.folder(ports::FolderDomain::System, ports::FolderKind::TemporaryItems);
     if (const int status = context.lockFiles.createFolder(lock.folder))
-        return status;
+        return ended(status);
     lock.name = moduleID + ".updater.lock"_L1;
     if (!isFileName(lock.name, context.fileManager))
-        return foundation::bdNamErr;
+        return ended(foundation::bdNamErr);
     if (context.fileManager.fileSystemRepresentation(lock.folder).size() >= pathBufferSize)
         lock.pathStatus = foundation::pathTooLongErr;
 
@@ -114,23 +114,33 @@ int QXLaunchUpdater(const UpdateContext &context, const std::optional<foundation
         TARNWELL_ZOK_LOG(u"[%1] Could not run the updater as the updater lock file (%2/%3) is "
                          "already in existence. Someone else is updating. %4"_s.arg(
                              name, lock.folder, lock.name, comment(lock.pathStatus)));
-        return lock.pathStatus;
+        result.lock = context.lockFiles.find(lock.path());
+        return ended(lock.pathStatus);
     }
     if (created != foundation::noErr) {
         // Nobody else is at work, so that to call this a success would have the user wait.
         TARNWELL_ZOK_LOG(
             u"[%1] Could not create the updater lock file (%2/%3) due to error %4. %5"_s.arg(
                 name, lock.folder, lock.name, QString::number(created), comment(created)));
-        return created;
+        return ended(created);
     }
-    launchAndReport(context, *bundle, moduleID, launchedUpdater);
+    launchAndReport(context, *bundle, moduleID, result);
     const int removed = context.lockFiles.remove(lock.path());
     if (removed != foundation::noErr) {
         TARNWELL_ZOK_LOG(
             u"[%1] Could not delete the updater lock file (%2/%3) due to error %4. %5"_s.arg(
                 name, lock.folder, lock.name, QString::number(removed), comment(removed)));
     }
-    return removed;
+    return ended(removed);
+}
+
+int QXLaunchUpdater(const UpdateContext &context, const std::optional<foundation::Bundle> &bundle,
+                    const QString &moduleID, QString *launchedUpdater)
+{
+    const UpdaterLaunch result = launchUpdater(context, bundle, moduleID);
+    if (launchedUpdater && !result.updater.isEmpty())
+        *launchedUpdater = result.updater;
+    return result.status;
 }
 
 } // namespace tarnwell::update

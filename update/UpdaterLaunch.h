@@ -1,13 +1,29 @@
 #pragma once
 
 #include "foundation/Bundle.h"
+#include "ports/LockFiles.h"
 #include "update/UpdateContext.h"
 
 #include <QString>
 
+#include <memory>
 #include <optional>
 
 namespace tarnwell::update {
+
+/// What came of a launch.
+struct UpdaterLaunch
+{
+    int status = 0;       ///< as QXLaunchUpdater() returns it
+    QString updater;      ///< where the one is that was started; empty when none was
+    qint64 processId = 0; ///< of that one; 0 where it is not known
+    std::unique_ptr<ports::StandingLock> lock; ///< another's, which kept it from starting
+};
+
+/// Does what QXLaunchUpdater() does, and tells more.
+UpdaterLaunch launchUpdater(const UpdateContext &context,
+                            const std::optional<foundation::Bundle> &bundle,
+                            const QString &moduleID);
 
 /// Starts the updater that a plug-in's bundle brings along, for one module.
 ///

@@ -47,7 +47,7 @@ void becomeFileUserInChild(gpointer)
 /// Starts a program, detached, as the one whom we act for: it was found in that person's folders,
 /// so it gets that person's rights and no others.
 bool startAsFileUser(const QString &folder, const QStringList &command,
-                     const QStringList &environment)
+                     const QStringList &environment, qint64 *processId)
 {
     const auto native = [](const QStringList &texts) {
         QByteArrayList bytes;
@@ -66,14 +66,18 @@ bool startAsFileUser(const QString &folder, const QStringList &command,
     QByteArrayList variables = native(environment);
     const QByteArray nativeFolder = QFile::encodeName(folder);
     GError *error = nullptr;
+    GPid process = 0;
     const gboolean result =
         g_spawn_async(nativeFolder.isEmpty() ? nullptr : nativeFolder.constData(),
                       pointers(words).data(), pointers(variables).data(),
-                      G_SPAWN_STDOUT_TO_DEV_NULL, becomeFileUserInChild, nullptr, nullptr, &error);
+                      G_SPAWN_STDOUT_TO_DEV_NULL, becomeFileUserInChild, nullptr, &process, &error);
+    if (processId)
+        *processId = process;
     return succeeded(result, error);
 }
 
-bool start(const Places &places, const QString &program, const QStringList &arguments)
+bool start(const Places &places, const QString &program, const QStringList &arguments,
+           qint64 *processId)
 {
     QProcess process;
     process.setProgram(program);
@@ -91,13 +95,13 @@ bool start(const Places &places, const QString &program, const QStringList &argu
         for (const char *name : variablesOfTheSession)
             environment.remove(QLatin1StringView(name));
         return startAsFileUser(process.workingDirectory(), QStringList(program) + arguments,
-                               environment.toStringList());
+                               environment.toStringList(), processId);
     }
     process.setProcessEnvironment(environment);
     // What it prints is none of ours.
     process.setStandardInputFile(QProcess::nullDevice());
     process.setStandardOutputFile(QProcess::nullDevice());
-    return process.startDetached();
+    return process.startDetached(processId);
 }
 
 /// Starts a desktop entry with files or addresses, with the rights of the one whom we act for.
@@ -137,15 +141,17 @@ bool startThroughDesktop(const QString &entryPath, const QString &document)
 } // namespace
 
 int launchApplication(const Places &places, const foundation::Bundle &application,
-                      const QString &document)
+                      const QString &document, qint64 *processId)
 {
+    if (processId)
+        *processId = 0;
     bool started = false;
     if (!application.isDesktopEntry()) {
         const QString program = application.executablePath();
         if (program.isEmpty())
             return foundation::kLSApplicationNotFoundErr;
-        started =
-            start(places, program, document.isEmpty() ? QStringList() : QStringList(document));
+        started = start(places, program, document.isEmpty() ? QStringList() : QStringList(document),
+                        processId);
     } else if (places.areReal()) {
         started = startThroughDesktop(application.path(), document);
     } else if (const auto entry = foundation::DesktopEntry::read(application.path())) {
@@ -153,14 +159,16 @@ int launchApplication(const Places &places, const foundation::Bundle &applicatio
         if (command.isEmpty())
             return foundation::kLSApplicationNotFoundErr;
         const QString program = QStandardPaths::findExecutable(command.takeFirst());
-        started = !program.isEmpty() && start(places, program, command);
+        started = !program.isEmpty() && start(places, program, command, processId);
     }
     return started ? foundation::noErr : foundation::kLSUnknownErr;
 }
 
 int launchApplicationWithArguments(const Places &places, const foundation::Bundle &application,
-                                   const QStringList &arguments)
+                                   const QStringList &arguments, qint64 *processId)
 {
+    if (processId)
+        *processId = 0;
     QString program = application.executablePath();
     QStringList allArguments = arguments;
     if (application.isDesktopEntry()) {
@@ -171,7 +179,8 @@ int launchApplicationWithArguments(const Places &places, const foundation::Bundl
     }
     if (program.isEmpty())
         return foundation::kLSApplicationNotFoundErr;
-    return start(places, program, allArguments) ? foundation::noErr : foundation::kLSUnknownErr;
+    return start(places, program, allArguments, processId) ? foundation::noErr
+                                                           : foundation::kLSUnknownErr;
 }
 
 bool launchDefaultApplication(const QUrl &url)

@@ -130,25 +130,27 @@ QList<ports::InstalledApplication> ApplicationRegistry::installedApplications() 
     return result;
 }
 
-int ApplicationRegistry::openApplication(const QString &path, const QString &document)
+int ApplicationRegistry::openApplication(const QString &path, const QString &document,
+                                         qint64 *processId)
 {
     if (!QFileInfo::exists(path) || (!document.isEmpty() && !QFileInfo::exists(document)))
         return foundation::fnfErr;
     const std::optional<Bundle> bundle = m_bundles.bundleAt(path);
     if (!bundle)
         return foundation::kLSApplicationNotFoundErr;
-    return launchApplication(m_places, *bundle, document);
+    return launchApplication(m_places, *bundle, document, processId);
 }
 
 int ApplicationRegistry::openApplicationWithArguments(const QString &path,
-                                                      const QStringList &arguments)
+                                                      const QStringList &arguments,
+                                                      qint64 *processId)
 {
     if (!QFileInfo::exists(path))
         return foundation::fnfErr;
     const std::optional<Bundle> bundle = m_bundles.bundleAt(path);
     if (!bundle)
         return foundation::kLSApplicationNotFoundErr;
-    return launchApplicationWithArguments(m_places, *bundle, arguments);
+    return launchApplicationWithArguments(m_places, *bundle, arguments, processId);
 }
 
 void ApplicationRegistry::update() const

@@ -31,8 +31,10 @@ public:
     QString applicationForCreator(quint32 creator) const override;
     QList<ports::InstalledApplication> installedApplications() const override;
     void refresh() override { m_isCurrent = false; }
-    int openApplication(const QString &path, const QString &document) override;
-    int openApplicationWithArguments(const QString &path, const QStringList &arguments) override;
+    int openApplication(const QString &path, const QString &document,
+                        qint64 *processId = nullptr) override;
+    int openApplicationWithArguments(const QString &path, const QStringList &arguments,
+                                     qint64 *processId = nullptr) override;
 
 private:
     void update() const;

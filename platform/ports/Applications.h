@@ -52,10 +52,14 @@ public:
 
     /// Starts an application, detached, with a document's path (may be empty) as its argument.
     /// Returns 0, or -43 (no such file), -10814 (not an application) or -10810 (it did not start).
-    virtual int openApplication(const QString &path, const QString &document) = 0;
+    /// The last argument, which may be null, takes the number of the process that was started; 0
+    /// where that is not known.
+    virtual int openApplication(const QString &path, const QString &document,
+                                qint64 *processId = nullptr) = 0;
 
     /// Likewise, with the arguments as they are given.
-    virtual int openApplicationWithArguments(const QString &path, const QStringList &arguments) = 0;
+    virtual int openApplicationWithArguments(const QString &path, const QStringList &arguments,
+                                             qint64 *processId = nullptr) = 0;
 };
 
 } // namespace tarnwell::ports

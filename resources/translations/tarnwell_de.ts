@@ -678,6 +678,18 @@
         <translation>Eine Suche läuft</translation>
     </message>
     <message>
+        <source>&amp;Remove Lock</source>
+        <translation>S&amp;perre entfernen</translation>
+    </message>
+    <message>
+        <source>Remove Lock</source>
+        <translation>Sperre entfernen</translation>
+    </message>
+    <message>
+        <source>Removes the lock that an earlier check left behind, and checks for updates</source>
+        <translation>Entfernt die Sperre, die eine frühere Suche hinterlassen hat, und sucht nach Updates</translation>
+    </message>
+    <message>
         <source>Check No&amp;w</source>
         <translation>&amp;Jetzt suchen</translation>
     </message>
@@ -1208,6 +1220,14 @@
     <message>
         <source>Never checked for updates.</source>
         <translation>Noch nie nach Updates gesucht.</translation>
+    </message>
+    <message>
+        <source>The updater ended without a result.</source>
+        <translation>Das Update-Programm endete ohne Ergebnis.</translation>
+    </message>
+    <message>
+        <source>Since %@, a lock of the user %@ has kept the updater from starting.</source>
+        <translation>Seit %@ hindert eine Sperre des Benutzers %@ das Update-Programm am Start.</translation>
     </message>
     <message>
         <source>Failed. Error %d. %s</source>

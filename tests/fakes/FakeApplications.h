@@ -23,6 +23,8 @@ public:
     QList<Opened> opened;
     /// What the next starts of an existing application answer.
     int openStatus = 0;
+    /// The process of the next one that is started.
+    qint64 nextProcess = 0;
     int refreshes = 0;
 };
 
@@ -81,19 +83,23 @@ public:
 
     void refresh() override { ++m_control.refreshes; }
 
-    int openApplication(const QString &path, const QString &document) override
+    int openApplication(const QString &path, const QString &document,
+                        qint64 *processId = nullptr) override
     {
-        return open({path, document, {}});
+        return open({path, document, {}}, processId);
     }
 
-    int openApplicationWithArguments(const QString &path, const QStringList &arguments) override
+    int openApplicationWithArguments(const QString &path, const QStringList &arguments,
+                                     qint64 *processId = nullptr) override
     {
-        return open({path, {}, arguments});
+        return open({path, {}, arguments}, processId);
     }
 
 private:
-    int open(const FakeApplicationsControl::Opened &request)
+    int open(const FakeApplicationsControl::Opened &request, qint64 *processId)
     {
+        if (processId)
+            *processId = m_control.openStatus == 0 ? m_control.nextProcess : 0;
         const FakeItem *item = m_home.find(request.path);
         if (!item)
             return -43;

@@ -4,6 +4,8 @@
 
 #include <QList>
 
+#include <map>
+
 namespace tarnwell::fakes {
 
 /// What a test sees and decides of FakeTasks.
@@ -11,6 +13,7 @@ struct FakeTasksControl
 {
     QList<QStringList> commands; ///< each the program and its arguments
     int exitStatus = 0;
+    std::map<qint64, std::function<void()>> watched; ///< what to call when a process ends
 };
 
 /// Tasks that are noted and not run.
@@ -25,7 +28,29 @@ public:
         return m_control.exitStatus;
     }
 
+    [[nodiscard]] std::unique_ptr<ports::ProcessWatch> watch(qint64 processId,
+                                                             std::function<void()> ended) override
+    {
+        m_control.watched[processId] = std::move(ended);
+        return std::make_unique<Watch>(m_control, processId);
+    }
+
 private:
+    class Watch final : public ports::ProcessWatch
+    {
+    public:
+        Watch(FakeTasksControl &control, qint64 processId)
+            : m_control(control)
+            , m_processId(processId)
+        {}
+        ~Watch() override { m_control.watched.erase(m_processId); }
+        Q_DISABLE_COPY_MOVE(Watch)
+
+    private:
+        FakeTasksControl &m_control;
+        qint64 m_processId;
+    };
+
     FakeTasksControl m_control;
 };
 

@@ -95,16 +95,124 @@ TEST_F(Checking, TheButtonKeepsTheFocusOfTheKeyboard)
     EXPECT_EQ(window.focusWidget(), controller->frequencyPopup()) << "the user went on";
 }
 
-TEST_F(Checking, AStoredResultEndsACheckWhoseReportWasLost)
+TEST_F(Checking, WhatIsStoredMeanwhileDoesNotEndIt)
 {
     openIdleView();
     controller->checkNow()->click();
+    store(u"SULastCheckStatus"_s, u"Downloading"_s);
     controller->showStoredSettings();
+    timers.control().advance(60.0);
     EXPECT_TRUE(isChecking());
-    store(u"SULastCheckStatus"_s, u"No newer version."_s);
-    controller->showStoredSettings();
+    post(u"UpdateCheckCompleted"_s);
     EXPECT_TRUE(isIdle());
-    EXPECT_TRUE(status().endsWith(": No newer version."_L1)) << qPrintable(status());
+    EXPECT_TRUE(status().endsWith(": Downloading"_L1)) << qPrintable(status());
+}
+
+/// The updater is gone, and nobody told the bus that the check is over.
+TEST_F(Checking, EndsAfterTheUpdaterThatItStarted)
+{
+    struct Row
+    {
+        const char *name;
+        std::function<void()> meanwhile;
+        QString status;
+    };
+    const Row rows[] = {
+        {"without a word", [] {}, u"The updater ended without a result."_s},
+        {"stored its result", [this] { store(u"SULastCheckStatus"_s, u"No newer version."_s); },
+         u"No newer version."_s},
+        {"its report came late",
+         [this] {
+             tasks.control().watched.at(7)();
+             timers.control().advance(1.9);
+             post(u"UpdateCheckCompleted"_s);
+         },
+         u"Old."_s},
+    };
+    // Stored by another process, and not read before the check.
+    openIdleView();
+    applications.control().nextProcess = 7;
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        store(u"SULastCheckStatus"_s, u"Old."_s);
+        controller->checkNow()->click();
+        ASSERT_TRUE(tasks.control().watched.contains(7));
+        row.meanwhile();
+        if (const auto watched = tasks.control().watched; watched.contains(7)) {
+            watched.at(7)();
+            timers.control().advance(1.9);
+            EXPECT_TRUE(isChecking()) << "its last report may be on its way";
+        }
+        timers.control().advance(0.2);
+        EXPECT_TRUE(isIdle());
+        EXPECT_TRUE(tasks.control().watched.empty());
+        controller->showStoredSettings();
+        EXPECT_TRUE(status().endsWith(u": "_s + row.status)) << qPrintable(status());
+    }
+}
+
+TEST_F(Checking, AnOlderStoredStatusDoesNotCoverANewerOne)
+{
+    openIdleView();
+    store(u"SULastCheckStatus"_s, u"Old."_s);
+    post(u"statuschange"_s, plist::Dictionary{{u"Date"_s, plist::Date{clock.absoluteTime()}},
+                                              {u"Status"_s, u"New."_s}});
+    controller->showStoredSettings();
+    EXPECT_TRUE(status().endsWith(": New."_L1)) << qPrintable(status());
+    store(u"SULastCheckStatus"_s, u"Newest."_s);
+    controller->showStoredSettings();
+    EXPECT_TRUE(status().endsWith(": Newest."_L1)) << qPrintable(status());
+}
+
+TEST_F(Checking, TellsOfALockAndOffersToRemoveOneThatIsLeft)
+{
+    struct Row
+    {
+        const char *name;
+        double age; ///< seconds
+        bool isOurs;
+        bool isOffered;
+    };
+    const Row rows[] = {
+        {"another's", 86400.0, false, false},
+        {"ours and new", 599.0, true, false},
+        {"ours and left behind", 600.0, true, true},
+        {"ours, from the future", -600.0, true, false},
+    };
+    openIdleView();
+    auto *button = window.findChild<QPushButton *>(u"removeLockButton"_s);
+    auto &locks = lockFiles.control();
+    const QString path = lockPath();
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        locks.existing = QStringList{path};
+        locks.standing[path] = {clock.absoluteTime() - row.age, u"alice"_s, row.isOurs};
+        applications.control().opened.clear();
+        controller->checkNow()->click();
+        EXPECT_TRUE(isChecking()) << "as after every launch";
+        EXPECT_TRUE(status().contains(" a lock of the user alice has kept the updater"_L1))
+            << qPrintable(status());
+        EXPECT_EQ(button->isVisible(), row.isOffered);
+        if (row.isOffered) {
+            button->setFocus();
+            QTest::keyClick(button, Qt::Key_Space);
+            EXPECT_TRUE(locks.existing.isEmpty());
+            EXPECT_EQ(applications.control().opened.size(), 1) << "the check goes on";
+            EXPECT_TRUE(status().endsWith(": Checking..."_L1)) << qPrintable(status());
+            EXPECT_EQ(window.focusWidget(), controller->checkNow());
+            EXPECT_TRUE(isChecking());
+        } else {
+            // As it gets older while the view shows it.
+            clock.control().absoluteTime += 1.0;
+            timers.control().advance(1.0);
+            EXPECT_EQ(button->isVisible(), row.isOurs && row.age > 0);
+            clock.control().absoluteTime -= 1.0;
+        }
+        controller->checkNow()->click();
+        timers.control().advance(2.0);
+        EXPECT_TRUE(isIdle());
+        EXPECT_FALSE(button->isVisible());
+    }
 }
 
 TEST_F(Checking, TheEndOfACancelledCheckDoesNotEndTheNextOne)
@@ -151,10 +259,7 @@ TEST_F(Checking, SilentUpdatersLeaveTheViewToTheUser)
              disk.remove(u"~/Library/Hullforges/Tarnwell.zok/Contents/Resources/"
                          "Varnit Updater.app"_s);
          }},
-        {"is locked out by another",
-         [this] {
-             lockFiles.control().existing.append(u"/tmp/com.varnit.tarnwell.updater.lock"_s);
-         }},
+        {"is locked out by another", [this] { lockFiles.control().existing.append(lockPath()); }},
     };
     openIdleView();
     for (const Row &row : rows) {
@@ -179,7 +284,9 @@ TEST_F(Checking, ThePluginMayGoAway)
     disk.remove(u"~/Library/Hullforges/Tarnwell.zok"_s);
     controller->checkNow()->click();
     EXPECT_TRUE(applications.control().opened.isEmpty());
-    EXPECT_TRUE(isIdle());
+    EXPECT_FALSE(controller->progessBar()->isHidden()) << "until the next end of a check";
+    EXPECT_EQ(controller->checkNow()->property("tag"), 0);
+    EXPECT_TRUE(controller->checkNow()->isEnabled());
 }
 
 TEST_F(Checking, TakesNoStatusThatIsNone)

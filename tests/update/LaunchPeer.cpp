@@ -33,7 +33,7 @@ class SlowApplications final : public fakes::FakeApplications
 public:
     using fakes::FakeApplications::FakeApplications;
 
-    int openApplication(const QString &, const QString &) override
+    int openApplication(const QString &, const QString &, qint64 *) override
     {
         std::cout << "launching" << std::endl;
         readLine();

@@ -23,6 +23,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/wait.h>
+
 using namespace Qt::StringLiterals;
 
 namespace tarnwell::tests {
@@ -217,6 +219,24 @@ TEST_F(UpdaterProcess, StopsWhenTheUserCancels)
     ASSERT_TRUE(waitUntil([&] { return pane.isIdle(); }));
     EXPECT_EQ(pane.statuses.last(), u"The check was cancelled."_s);
     EXPECT_EQ(stored(u"SULastCheckStatus"_s), plist::Value(u"The check was cancelled."_s));
+}
+
+TEST_F(UpdaterProcess, EndsWithoutAWord)
+{
+    checkedAMomentAgo();
+    disk.writeInfo(updater() + u"/Contents/Info.plist"_s, {{u"CFBundleExecutable"_s, u"run"_s}});
+    disk.write(updater() + u"/Contents/Linux/run"_s, "#!/bin/sh\nexit 1\n", true);
+    OpenPane pane(disk);
+    pane.button()->click();
+    EXPECT_TRUE(pane.isChecking());
+    // The kernel tells of the end; from then on the pane waits as long as after a cancel.
+    ASSERT_TRUE(
+        waitUntil([&] { return pane.timers.control().scheduledIntervals().contains(2.0); }));
+    pane.timers.control().advance(2.0);
+    EXPECT_TRUE(pane.isIdle());
+    EXPECT_TRUE(pane.status().endsWith(": The updater ended without a result."_L1))
+        << qPrintable(pane.status());
+    EXPECT_LE(::waitpid(-1, nullptr, WNOHANG), 0) << "nobody waits to be buried";
 }
 
 TEST_F(UpdaterProcess, StrangersOnTheBusDoNoHarm)

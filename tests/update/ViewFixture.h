@@ -44,6 +44,11 @@ protected:
         return pluginPath() + QStringLiteral("/Contents/Resources/Varnit Updater.app");
     }
 
+    QString lockPath() const
+    {
+        return disk.path(QStringLiteral("/tmp/com.varnit.tarnwell.updater.lock"));
+    }
+
     update::UpdateViewServices services()
     {
         return {desktop(), *foundation::Bundle::open(QStringLiteral(TARNWELL_PANE_BUNDLE)), state};

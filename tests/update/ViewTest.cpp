@@ -165,8 +165,9 @@ TEST_F(View, TakesThePlaceAndTheTabsOfItsPlaceholder)
             order.append(widget->objectName().isEmpty() ? static_cast<QPushButton *>(widget)->text()
                                                         : widget->objectName());
     }
-    EXPECT_EQ(order, (QStringList{u"before"_s, u"checkUpdatesButton"_s, u"frequencyPopup"_s,
-                                  u"privacyButton"_s, u"checkNow"_s, u"after"_s}));
+    EXPECT_EQ(order,
+              (QStringList{u"before"_s, u"checkUpdatesButton"_s, u"frequencyPopup"_s,
+                           u"privacyButton"_s, u"removeLockButton"_s, u"checkNow"_s, u"after"_s}));
     QPointer<QWidget> shownView = controller->updaterView();
     controller.reset();
     EXPECT_FALSE(shownView) << "controls without a controller";
