@@ -32,6 +32,15 @@ Options parseOptions(const QStringList &arguments)
                 *value = arguments.at(++i);
             if (value->isEmpty())
                 options.error = u"%1 needs a value."_s.arg(name);
+            else if (value->startsWith("--"_L1))
+                options.error = u"%1 needs a value, and %2 is none."_s.arg(name, *value);
+        } else if (argument.size() > 1 && argument.front() == u'-' && argument.at(1) != u'-') {
+            // Such as the one that a session manager adds when it starts the program again.
+            options.toolkit.append(argument);
+            if (i + 1 < arguments.size() && !arguments.at(i + 1).startsWith(u'-'))
+                options.toolkit.append(arguments.at(++i));
+            if (argument == "-platform"_L1 && options.toolkit.constLast() != argument)
+                options.platform = options.toolkit.constLast();
         } else {
             options.error = u"%1 is not an option of this program."_s.arg(argument);
         }
@@ -43,6 +52,14 @@ Options parseOptions(const QStringList &arguments)
     else if (!colorScheme.isEmpty())
         options.error = u"--color-scheme is light or dark."_s;
     return options;
+}
+
+QStringList commandLine(int argc, char **argv)
+{
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments.append(QString::fromLocal8Bit(argv[i]));
+    return arguments;
 }
 
 QString helpText()

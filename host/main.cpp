@@ -1,8 +1,10 @@
 // tarnwell-settings: shows a settings pane in a window of its own.
 
+#include "foundation/HomeFolder.h"
 #include "host/Application.h"
 #include "host/ColorScheme.h"
 #include "host/DesktopColorScheme.h"
+#include "host/Displays.h"
 #include "host/EndSignals.h"
 #include "host/ErrorPage.h"
 #include "host/HostIcon.h"
@@ -24,12 +26,6 @@ using namespace tarnwell;
 
 namespace {
 
-bool hasDisplay()
-{
-    return !qEnvironmentVariableIsEmpty("DISPLAY") ||
-           !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
-}
-
 QString absolute(const QString &path)
 {
     return QDir::cleanPath(QFileInfo(path).absoluteFilePath());
@@ -49,6 +45,24 @@ void print(std::FILE *stream, const QString &text)
     const QByteArray bytes = text.toUtf8();
     std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stream);
     std::fflush(stream);
+}
+
+int refuse(const QString &error)
+{
+    print(stderr, u"%1\n\n%2"_s.arg(error, host::helpText()));
+    return 2;
+}
+
+/// Pictures are drawn off screen, whatever the session has; for anything else there must be a
+/// display. Returns why there is none.
+QString choosePlatform(const host::Options &options)
+{
+    if (!options.platform.isEmpty())
+        return host::displayProblem(options.platform);
+    if (options.shots.isEmpty())
+        return host::displayProblem(qEnvironmentVariable("QT_QPA_PLATFORM"));
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    return {};
 }
 
 int writeShotsAndText(host::PaneWindow &window, const QString &folder)
@@ -83,31 +97,36 @@ void startLateServices(host::Application &application, host::WindowIcon &icon,
 
 int main(int argc, char **argv)
 {
-    const bool drawsOffScreen = !hasDisplay() && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
-    if (drawsOffScreen)
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-
-    host::Application application(argc, argv);
-    QCoreApplication::setApplicationName(u"tarnwell-settings"_s);
-    QCoreApplication::setApplicationVersion(QLatin1StringView(TARNWELL_VERSION));
-    QGuiApplication::setDesktopFileName(u"tarnwell-settings"_s);
-    const auto options = host::parseOptions(QCoreApplication::arguments().mid(1));
+    // Whatever can be said without a display is said before one is opened.
+    const auto options = host::parseOptions(host::commandLine(argc, argv));
     if (options.help) {
         print(stdout, host::helpText());
         return 0;
     }
     if (options.version) {
-        print(stdout, QCoreApplication::applicationVersion() + u'\n');
+        print(stdout, QLatin1StringView(TARNWELL_VERSION) + u'\n');
         return 0;
     }
-    if (!options.error.isEmpty()) {
-        print(stderr, u"%1\n\n%2"_s.arg(options.error, host::helpText()));
-        return 2;
-    }
-    if (drawsOffScreen && options.shots.isEmpty()) {
-        print(stderr, u"There is no display to show the settings on. With --shots DIR they are "
-                      "drawn into files.\n"_s);
+    if (!options.error.isEmpty())
+        return refuse(options.error);
+    if (!foundation::provideHome() && options.home.isEmpty()) {
+        print(stderr, u"There is no home folder: HOME is not set, and the account has none.\n"_s);
         return 1;
+    }
+    const auto problem = choosePlatform(options);
+    if (!problem.isEmpty()) {
+        print(stderr, problem + u" With --shots DIR the settings are drawn into files.\n"_s);
+        return 1;
+    }
+
+    host::Application application(argc, argv);
+    QCoreApplication::setApplicationName(u"tarnwell-settings"_s);
+    QCoreApplication::setApplicationVersion(QLatin1StringView(TARNWELL_VERSION));
+    QGuiApplication::setDesktopFileName(u"tarnwell-settings"_s);
+    const auto left = QCoreApplication::arguments().mid(1);
+    for (const QString &argument : options.toolkit) {
+        if (left.contains(argument))
+            return refuse(u"%1 is not an option of this program."_s.arg(argument));
     }
     if (options.colorScheme != host::ColorScheme::AsDesktop)
         host::applyColorScheme(options.colorScheme);

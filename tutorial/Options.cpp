@@ -29,6 +29,8 @@ Options parseOptions(const QStringList &arguments, const QProcessEnvironment &en
                 *value = i + 1 < arguments.size() ? arguments.at(++i) : QString();
             if (value->isEmpty())
                 options.error = u"%1 needs a value."_s.arg(name);
+            else if (value->startsWith("--"_L1))
+                options.error = u"%1 needs a value, and %2 is none."_s.arg(name, *value);
         } else if (argument.startsWith(u'-')) {
             options.error = u"%1 is not an option of this program."_s.arg(argument);
         }

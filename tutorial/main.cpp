@@ -11,8 +11,10 @@
 #include "desktop/QtTimers.h"
 #include "desktop/SystemClock.h"
 #include "desktop/XkbKeyboardLayouts.h"
+#include "foundation/HomeFolder.h"
 #include "host/ColorScheme.h"
 #include "host/DesktopColorScheme.h"
+#include "host/Displays.h"
 #include "prefs/ApplicationIdentity.h"
 #include "prefs/ApplicationSettings.h"
 #include "prefs/PreferenceKeys.h"
@@ -144,18 +146,18 @@ int run(const tutorial::Options &options)
 
 int main(int argc, char **argv)
 {
-    const QStringList arguments = [&] {
-        QStringList list;
-        for (int i = 1; i < argc; ++i)
-            list.append(QString::fromLocal8Bit(argv[i]));
-        return list;
-    }();
-    const tutorial::Options options =
-        tutorial::parseOptions(arguments, QProcessEnvironment::systemEnvironment());
+    foundation::provideHome();
+    const tutorial::Options options = tutorial::parseOptions(
+        host::commandLine(argc, argv), QProcessEnvironment::systemEnvironment());
     if (options.help || !options.error.isEmpty()) {
         print(options.help ? stdout : stderr,
               options.help ? tutorial::helpText() : options.error + u'\n');
         return options.help ? 0 : 2;
+    }
+    const QString problem = host::displayProblem(qEnvironmentVariable("QT_QPA_PLATFORM"));
+    if (!problem.isEmpty()) {
+        print(stderr, problem + u'\n');
+        return 1;
     }
     const QApplication application(argc, argv);
     QApplication::setApplicationDisplayName(u"Tarnwell Tutorial"_s);

@@ -6,6 +6,7 @@
 #include "desktop/QtTimers.h"
 #include "desktop/SystemClock.h"
 #include "foundation/Bundle.h"
+#include "foundation/HomeFolder.h"
 #include "samples/updater/Check.h"
 #include "samples/updater/Options.h"
 #include "update/UpdateModule.h"
@@ -18,6 +19,7 @@ using namespace tarnwell;
 
 int main(int argc, char **argv)
 {
+    foundation::provideHome();
     QCoreApplication application(argc, argv);
     const auto options = samples::parseOptions(QCoreApplication::arguments().mid(1),
                                                QProcessEnvironment::systemEnvironment());

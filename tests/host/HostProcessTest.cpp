@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -65,14 +66,20 @@ public:
                                 contents() + u"Resources/Main.ui"_s));
     }
 
-    HostRun run(const QStringList &further = {}, bool platformGiven = true) const
+    /// An environment's changed variables; a null value takes one away.
+    using Variables = QList<std::pair<QString, QString>>;
+
+    HostRun run(const QStringList &further = {}, const Variables &changes = {}) const
     {
         QProcess process;
         auto environment = QProcessEnvironment::systemEnvironment();
         environment.remove(u"DISPLAY"_s);
         environment.remove(u"WAYLAND_DISPLAY"_s);
-        if (!platformGiven)
-            environment.remove(u"QT_QPA_PLATFORM"_s);
+        for (const auto &[name, value] : changes) {
+            environment.remove(name);
+            if (!value.isNull())
+                environment.insert(name, value);
+        }
         process.setProcessEnvironment(environment);
         process.start(qEnvironmentVariable("TARNWELL_SETTINGS"),
                       QStringList{u"--pane"_s, bundle()} + further);
@@ -263,10 +270,84 @@ TEST(HostProcess, WorksWithoutADisplay)
     Host host;
     host.writeInfo(u"Good"_s);
     host.putExecutable(u"right_pane.so"_s);
-    EXPECT_EQ(host.run({u"--shots"_s, host.shots()}, false).status, 0);
-    const HostRun interactive = host.run({}, false);
-    EXPECT_EQ(interactive.status, 1);
-    EXPECT_TRUE(interactive.errors.contains(u"There is no display"_s));
+    const QString x11 = u"DISPLAY"_s;
+    const QString wayland = u"WAYLAND_DISPLAY"_s;
+    const QString platform = u"QT_QPA_PLATFORM"_s;
+    const QString stale = u":60321"_s;
+    const QString gone = u"wayland-60321"_s;
+    const QStringList drawing{u"--shots"_s, host.shots()};
+    struct Row
+    {
+        const char *name;
+        QStringList arguments;
+        Host::Variables changes; ///< of an environment without any platform
+        int status;
+        QString error; ///< the sentence that is printed, and nothing else; or part of more
+    };
+    const Row rows[] = {
+        {"help", {u"--help"_s}, {{x11, stale}, {wayland, gone}}, 0, {}},
+        {"version", {u"--version"_s}, {{x11, stale}, {platform, u"xcb"_s}}, 0, {}},
+        {"a mistake", {u"--shot"_s}, {{x11, stale}}, 2, u"--shot is not an option"_s},
+        {"pictures, no display", drawing, {}, 0, {}},
+        {"pictures, a dead display", drawing, {{x11, stale}, {wayland, gone}}, 0, {}},
+        {"pictures, a platform", drawing, {{x11, stale}, {platform, u"xcb"_s}}, 0, {}},
+        {"no display", {}, {}, 1, u"There is no display to show a window on."_s},
+        {"empty names", {}, {{x11, u""_s}}, 1, u"There is no display to show a window on."_s},
+        {"a dead X server", {}, {{x11, stale}}, 1, u"The display “:60321” cannot be opened."_s},
+        {"a dead compositor",
+         {},
+         {{wayland, gone}},
+         1,
+         u"The display “wayland-60321” cannot be opened."_s},
+        {"a compositor in no folder",
+         {},
+         {{wayland, gone}, {u"XDG_RUNTIME_DIR"_s, {}}},
+         1,
+         u"The display “wayland-60321” cannot be opened."_s},
+        {"both dead",
+         {},
+         {{x11, stale}, {wayland, gone}},
+         1,
+         u"The displays “wayland-60321” and “:60321” cannot be opened."_s},
+        {"a platform without its display",
+         {},
+         {{platform, u"xcb;wayland"_s}},
+         1,
+         u"There is no display to show a window on."_s},
+        {"a platform by option",
+         {u"-platform"_s, u"xcb"_s},
+         {{x11, stale}},
+         1,
+         u"The display “:60321” cannot be opened."_s},
+        {"an option like one of the toolkit's",
+         {u"-frobnicate"_s, u"-platform"_s, u"offscreen"_s},
+         {},
+         2,
+         u"-frobnicate is not an option"_s},
+    };
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        const HostRun run = host.run(row.arguments, Host::Variables{{platform, {}}} + row.changes);
+        EXPECT_FALSE(run.crashed);
+        EXPECT_EQ(run.status, row.status);
+        EXPECT_TRUE(run.errors.startsWith(row.error)) << qPrintable(run.errors);
+        EXPECT_TRUE(row.status != 1 || run.errors.count(u'\n') == 1) << qPrintable(run.errors);
+    }
+}
+
+TEST(HostProcess, TakesTheAccountsHomeWhereNoneIsNamed)
+{
+    Host host;
+    host.writeInfo(u"Good"_s);
+    host.putExecutable(u"right_pane.so"_s);
+    const passwd *account = ::getpwuid(::getuid());
+    if (!account)
+        GTEST_SKIP() << "this user has no account";
+    const QString home = QFile::decodeName(account->pw_dir);
+    for (const QString &named : {QString(), u""_s}) {
+        const HostRun run = host.run({u"--shots"_s, host.shots()}, {{u"HOME"_s, named}});
+        EXPECT_TRUE(run.output.contains(u"\nhome "_s + home + u'\n')) << qPrintable(run.output);
+    }
 }
 
 TEST(HostProcess, LetsThePaneStoreBeforeASignalEndsIt)

@@ -273,6 +273,7 @@ TEST(TutorialOptions, argumentsGoBeforeTheEnvironment)
     EXPECT_EQ(parseOptions({u"--home"_s, u"/a"_s, u"note.txt"_s}, environment).home, u"/a"_s);
     EXPECT_EQ(parseOptions({u"--root=/r"_s}, environment).root, u"/r"_s);
     EXPECT_FALSE(parseOptions({u"--home"_s}, environment).error.isEmpty());
+    EXPECT_FALSE(parseOptions({u"--home"_s, u"--verbose"_s}, environment).error.isEmpty());
     EXPECT_FALSE(parseOptions({u"--hom"_s}, environment).error.isEmpty());
     EXPECT_FALSE(parseOptions({u"--color-scheme=blue"_s}, environment).error.isEmpty());
 }
