@@ -31,6 +31,7 @@ ShortcutStore::~ShortcutStore() = default;
 
 bool ShortcutStore::begin()
 {
+    m_preferences->appSynchronize(prefs::pluginDomain);
     const QString now = sitting();
     return update([&](const plist::Value &present) -> std::optional<plist::Value> {
         const plist::Value kept = withoutOtherSittings(present, m_application, now);

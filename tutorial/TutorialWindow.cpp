@@ -190,6 +190,17 @@ void TutorialWindow::refresh()
         say(tr("The shortcuts were changed elsewhere."));
 }
 
+void TutorialWindow::startAgain()
+{
+    m_log({u"started again"_s});
+    m_store.begin();
+    refresh();
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    show();
+    raise();
+    activateWindow();
+}
+
 void TutorialWindow::useCurrentLayout()
 {
     m_items = itemsOfMenus(m_layouts);

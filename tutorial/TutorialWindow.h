@@ -33,6 +33,10 @@ public:
     /// Takes up what is stored, whoever stored it.
     void refresh();
 
+    /// Comes to the front, and begins afresh if somebody took the old shortcuts away, as a new
+    /// start would do.
+    void startAgain();
+
     /// Takes up another keyboard layout.
     void useCurrentLayout();
 

@@ -10,6 +10,7 @@
 #include "desktop/LocalFileManager.h"
 #include "desktop/QtTimers.h"
 #include "desktop/SystemClock.h"
+#include "desktop/WindowActivation.h"
 #include "desktop/XkbKeyboardLayouts.h"
 #include "foundation/HomeFolder.h"
 #include "host/ColorScheme.h"
@@ -20,6 +21,7 @@
 #include "prefs/PreferenceKeys.h"
 #include "tutorial/Options.h"
 #include "tutorial/ShortcutStore.h"
+#include "tutorial/SingleInstance.h"
 #include "tutorial/TutorialWindow.h"
 
 #include <QApplication>
@@ -110,9 +112,19 @@ void followColorScheme(host::DesktopColorScheme &desktopScheme, host::ColorSchem
     desktopScheme.start();
 }
 
+/// What the desktop gave this start, so that its window may take the focus.
+QByteArray activationToken()
+{
+    const QByteArray token = qgetenv("XDG_ACTIVATION_TOKEN");
+    return token.isEmpty() ? qgetenv("DESKTOP_STARTUP_ID") : token;
+}
+
 int run(const tutorial::Options &options)
 {
     const desktop::Places places = placesOf(options);
+    tutorial::SingleInstance instance(tutorial::instanceSocket(places.home, places.root));
+    if (instance.handOver(activationToken()))
+        return 0;
     const desktop::HomeOwner owner(places.home);
     const desktop::SystemClock clock;
     desktop::QtTimers timers;
@@ -131,6 +143,11 @@ int run(const tutorial::Options &options)
         if (options.verbose)
             print(stdout, fields.join(u'\t') + u'\n');
     });
+    QObject::connect(&instance, &tutorial::SingleInstance::startedAgain, &window,
+                     [&window](const QByteArray &token) {
+                         desktop::expectActivation(token);
+                         window.startAgain();
+                     });
     const tutorial::FolderWatcher watcher(places.home + "/Library/Preferences"_L1);
     QObject::connect(&watcher, &tutorial::FolderWatcher::changed, &window,
                      [&window] { window.refresh(); });

@@ -1,7 +1,8 @@
 list(APPEND desktop_sources
     ScreenWindowServer.cpp
     WaylandClient.cpp
-    WaylandShortcuts.cpp)
+    WaylandShortcuts.cpp
+    WindowActivation.cpp)
 
 tarnwell_wayland_protocol(keyboard-shortcuts-inhibit
     ${WAYLAND_PROTOCOLS_FOLDER}/unstable/keyboard-shortcuts-inhibit/keyboard-shortcuts-inhibit-unstable-v1.xml)

@@ -67,9 +67,18 @@ int xdotool(const QStringList &arguments)
 class TutorialRoad : public testing::Test
 {
 protected:
-    void SetUp() override { qputenv("DBUS_SESSION_BUS_ADDRESS", bus.address().toUtf8()); }
-    void TearDown() override { qunsetenv("DBUS_SESSION_BUS_ADDRESS"); }
+    void SetUp() override
+    {
+        qputenv("DBUS_SESSION_BUS_ADDRESS", bus.address().toUtf8());
+        qputenv("XDG_RUNTIME_DIR", QFile::encodeName(home.makeFolder(u"/run"_s)));
+    }
+    void TearDown() override
+    {
+        qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+        runtime.isNull() ? qunsetenv("XDG_RUNTIME_DIR") : qputenv("XDG_RUNTIME_DIR", runtime);
+    }
 
+    const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR");
     TestBus bus;
     TemporaryHome home;
     fakes::FakeHostApplication icon;
@@ -122,6 +131,40 @@ TEST_F(TutorialRoad, AssignedShownUsedRestoredFollowed)
     }
     ASSERT_TRUE(waitUntil([&pane] { return pane.scTable()->model()->rowCount() == 0; }));
     ASSERT_TRUE(tutorial.says(u"restored\tBigger"_s)) << tutorial.said().toStdString();
+}
+
+TEST_F(TutorialRoad, TheButtonBringsTheTutorialToTheFront)
+{
+    const auto bundle = foundation::Bundle::open(QStringLiteral(TARNWELL_PANE_BUNDLE));
+    ASSERT_TRUE(bundle);
+    pane::PaneDesktop desktop({bundle->path(), home.home(), home.root(), icon});
+    pane::TarnwellPref pane(desktop.ports(), desktop.identityCache(), *bundle);
+    {
+        Tutorial killed(home);
+        ASSERT_TRUE(killed.says(u"ready"_s));
+    }
+    Tutorial tutorial(home);
+    ASSERT_TRUE(tutorial.says(u"ready"_s)) << "a socket without a listener is in nobody's way";
+    ASSERT_EQ(xdotool({u"search"_s, u"--sync"_s, u"--onlyvisible"_s, u"--name"_s,
+                       u"^Tarnwell Tutorial$"_s, u"windowfocus"_s, u"--sync"_s}),
+              0);
+    ASSERT_EQ(xdotool({u"key"_s, u"alt+v"_s, u"ctrl+alt+k"_s, u"Escape"_s, u"Escape"_s}), 0);
+    ASSERT_TRUE(tutorial.says(u"assigned\tBigger\t"_s)) << tutorial.said().toStdString();
+
+    QWidget other;
+    other.resize(600, 400);
+    other.show();
+    other.activateWindow();
+    ASSERT_TRUE(waitUntil([&other] { return other.isActiveWindow(); }));
+    pane.doTutorial(nullptr);
+    ASSERT_TRUE(tutorial.says(u"started again"_s)) << tutorial.said().toStdString();
+    ASSERT_TRUE(tutorial.says(u"restored\tBigger"_s)) << "it begins afresh";
+    EXPECT_TRUE(waitUntil([&other] { return !other.isActiveWindow(); }));
+    QProcess windows;
+    windows.start(u"xdotool"_s,
+                  {u"search"_s, u"--onlyvisible"_s, u"--name"_s, u"^Tarnwell Tutorial$"_s});
+    ASSERT_TRUE(windows.waitForFinished());
+    EXPECT_EQ(windows.readAllStandardOutput().count('\n'), 1);
 }
 
 } // namespace tarnwell::tests
