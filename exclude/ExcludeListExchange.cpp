@@ -2,6 +2,8 @@
 
 #include "exclude/ExcludeRecord.h"
 #include "foundation/plist/PropertyList.h"
+#include "ports/Preferences.h"
+#include "prefs/PreferenceKeys.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -78,15 +80,17 @@ QString faultOf(const plist::Value &element)
     return {};
 }
 
-/// The record without what no import would take: hand-edited values of the wrong kind.
-plist::Dictionary cleaned(plist::Dictionary dictionary)
+/// What a record has in a file and in the list after an import. Values that no record has stay
+/// behind, hand-edited ones of the wrong kind too, and so does the mark of predefined ones.
+plist::Dictionary cleaned(const plist::Dictionary &dictionary)
 {
+    plist::Dictionary result;
     for (const Field &field : fields) {
         const plist::Value &value = dictionary.value(field.key);
-        if (!value.isNull() && value.type() != field.type)
-            dictionary.remove(field.key);
+        if (value.type() == field.type && field.key != record::hardcoded)
+            result.insert(field.key, value);
     }
-    return dictionary;
+    return result;
 }
 
 QString listed(const QStringList &names)
@@ -136,12 +140,14 @@ std::optional<plist::Array> readExportedList(const QByteArray &bytes, QString *e
     if (!contents.value(listKey).isArray())
         return refuse(translated("The file is damaged: it has no list of applications."));
     const plist::Array &list = contents.value(listKey).toArray();
+    plist::Array records;
     for (qsizetype i = 0; i < list.size(); ++i) {
         if (const QString fault = faultOf(list.at(i)); !fault.isEmpty())
             return refuse(translated("The file is damaged: entry %1 cannot be used, because %2.")
                               .arg(QString::number(i + 1), fault));
+        records.append(plist::Value(cleaned(list.at(i).toDictionary())));
     }
-    return list;
+    return records;
 }
 
 ImportPlan planImport(const plist::Array &imported, const plist::Array &stored)
@@ -165,6 +171,21 @@ ImportPlan planImport(const plist::Array &imported, const plist::Array &stored)
         plan.addedNames.append(nameOf(dictionary));
     }
     return plan;
+}
+
+void importRecords(ports::Preferences &preferences, const QString &domain,
+                   const plist::Array &records)
+{
+    preferences.updateAppValue(prefs::keys::excludeList, domain,
+                               [&](const plist::Value &present) -> std::optional<plist::Value> {
+                                   plist::Array list = present.toArray();
+                                   const plist::Array missing = planImport(records, list).added;
+                                   if (missing.isEmpty())
+                                       return std::nullopt;
+                                   for (const plist::Value &added : missing)
+                                       list.append(added);
+                                   return list;
+                               });
 }
 
 QString description(const ImportPlan &plan)

@@ -21,16 +21,6 @@ qsizetype indexOf(const plist::Array &list, const QString &identifier)
     return -1;
 }
 
-/// The list that the next record is appended to. What was stored is kept, whatever it is.
-plist::Array listToExtend(const plist::Value &stored)
-{
-    if (stored.isArray())
-        return stored.toArray();
-    plist::Array list;
-    list.append(stored); // a null value adds nothing
-    return list;
-}
-
 } // namespace
 
 bool isPredefined(const plist::Dictionary &dictionary)
@@ -92,7 +82,7 @@ void AddBundleToExcludeList(const prefs::IdentityContext &context, ports::Prefer
     added.insert(record::path, path.value_or(bundle.path()));
     preferences.updateAppValue(key, domain,
                                [&](const plist::Value &present) -> std::optional<plist::Value> {
-                                   plist::Array list = listToExtend(present);
+                                   plist::Array list = present.toArray();
                                    if (indexOf(list, id) >= 0)
                                        return std::nullopt;
                                    list.append(plist::Value(added));
@@ -121,6 +111,27 @@ void RemoveAppIDFromExcludeList(ports::Preferences &preferences, const QString &
         });
 }
 
+void RemoveRecordFromExcludeList(ports::Preferences &preferences, const QString &domain,
+                                 const plist::Dictionary &dictionary)
+{
+    if (const plist::Value &id = dictionary.value(record::identifier); id.isString()) {
+        RemoveAppIDFromExcludeList(preferences, domain, id.toString());
+        return;
+    }
+    const plist::Value removed(dictionary);
+    preferences.updateAppValue(key, domain,
+                               [&](const plist::Value &present) -> std::optional<plist::Value> {
+                                   plist::Array list = present.toArray();
+                                   for (qsizetype i = 0; i < list.size(); ++i) {
+                                       if (list.at(i) == removed) {
+                                           list.removeAt(i);
+                                           return list;
+                                       }
+                                   }
+                                   return std::nullopt;
+                               });
+}
+
 void RemoveBundleFromExcludeList(const prefs::IdentityContext &context,
                                  ports::Preferences &preferences, const QString &domain,
                                  const prefs::ApplicationReference &bundle,
@@ -136,18 +147,6 @@ void RemoveBundleFromExcludeList(const prefs::IdentityContext &context,
                                  const prefs::ApplicationReference &bundle)
 {
     RemoveBundleFromExcludeList(context, preferences, domain, bundle, std::nullopt);
-}
-
-void AppendToExcludeList(ports::Preferences &preferences, const QString &domain,
-                         const plist::Array &records)
-{
-    preferences.updateAppValue(key, domain,
-                               [&](const plist::Value &present) -> std::optional<plist::Value> {
-                                   plist::Array list = listToExtend(present);
-                                   for (const plist::Value &added : records)
-                                       list.append(added);
-                                   return list;
-                               });
 }
 
 } // namespace tarnwell::exclude

@@ -15,8 +15,7 @@ class Preferences;
 /// which the pane shares with every running plug-in.
 ///
 /// Each operation takes up what others stored before it reads. Elements that are no records are
-/// never touched, and a value that is no list at all becomes the first element of the list that
-/// takes its place.
+/// never touched. A stored value that is no list counts as none: a new list takes its place.
 namespace tarnwell::exclude {
 
 /// The stored list; nothing when there is none.
@@ -47,6 +46,11 @@ void AddBundleToExcludeList(const prefs::IdentityContext &context, ports::Prefer
 void RemoveAppIDFromExcludeList(ports::Preferences &preferences, const QString &domain,
                                 const QString &identifier);
 
+/// Removes a record as it was read: as above by its identifier, or that very record if it has none.
+/// Without an identifier, nothing is written when the record is gone already.
+void RemoveRecordFromExcludeList(ports::Preferences &preferences, const QString &domain,
+                                 const plist::Dictionary &record);
+
 /// Likewise for an application; one that is not listed leaves the list unwritten.
 void RemoveBundleFromExcludeList(const prefs::IdentityContext &context,
                                  ports::Preferences &preferences, const QString &domain,
@@ -55,9 +59,5 @@ void RemoveBundleFromExcludeList(const prefs::IdentityContext &context,
 void RemoveBundleFromExcludeList(const prefs::IdentityContext &context,
                                  ports::Preferences &preferences, const QString &domain,
                                  const prefs::ApplicationReference &bundle);
-
-/// Appends whole records at once.
-void AppendToExcludeList(ports::Preferences &preferences, const QString &domain,
-                         const plist::Array &records);
 
 } // namespace tarnwell::exclude

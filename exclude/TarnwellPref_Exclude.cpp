@@ -191,9 +191,8 @@ void TarnwellPref::ieRemoveApp(QObject *)
     if (row < 0 || row >= m_ieList.size())
         return;
     const bool wasFocused = isFocused(ieRemoveButton());
-    exclude::RemoveAppIDFromExcludeList(
-        m_desktop.preferences, prefs::pluginDomain,
-        m_ieList.at(row).toDictionary().value(exclude::record::identifier).toString());
+    exclude::RemoveRecordFromExcludeList(m_desktop.preferences, prefs::pluginDomain,
+                                         m_ieList.at(row).toDictionary());
     buildIEList();
     // The next one takes its place, for those who remove one after the other by the keyboard.
     if (selectedExcludeRow() < 0 && !m_ieList.isEmpty())

@@ -68,11 +68,9 @@ void TarnwellPref::askToImportExcludeList(const QString &path)
                     localized("\"%1\" cannot be imported. %2").arg(path, error));
         return;
     }
-    const auto plan = [this, records = *imported] {
-        const auto stored = exclude::CopyExcludeList(m_desktop.preferences, prefs::pluginDomain);
-        return exclude::planImport(records, stored.value_or(plist::Array()));
-    };
-    const exclude::ImportPlan asked = plan();
+    const auto stored = exclude::CopyExcludeList(m_desktop.preferences, prefs::pluginDomain);
+    const exclude::ImportPlan asked =
+        exclude::planImport(*imported, stored.value_or(plist::Array()));
     if (asked.added.isEmpty()) {
         showMessage(localized("Nothing to Import"), exclude::description(asked));
         return;
@@ -82,11 +80,10 @@ void TarnwellPref::askToImportExcludeList(const QString &path)
     alert.message = exclude::description(asked);
     alert.defaultButton = localized("Import");
     alert.alternateButton = localized("Cancel");
-    m_desktop.sheets.beginAlert(alert, m_mainView, [this, plan](int returnCode) {
+    m_desktop.sheets.beginAlert(alert, m_mainView, [this, records = *imported](int returnCode) {
         if (returnCode != 1)
             return;
-        // Planned again: others may have added the same while the question was up.
-        exclude::AppendToExcludeList(m_desktop.preferences, prefs::pluginDomain, plan().added);
+        exclude::importRecords(m_desktop.preferences, prefs::pluginDomain, records);
         buildIEList();
     });
 }

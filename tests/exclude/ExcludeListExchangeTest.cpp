@@ -14,8 +14,7 @@ plist::Dictionary own(const QString &id)
 {
     return {{u"ID"_s, id},
             {u"DisplayName"_s, QString(u"The "_s + id)},
-            {u"AliasRecord"_s, QByteArray("\x00\xff", 2)},
-            {u"Private"_s, 2.5}};
+            {u"AliasRecord"_s, QByteArray("\x00\xff", 2)}};
 }
 
 plist::Dictionary exportedFile(const plist::Value &list)
@@ -46,6 +45,11 @@ TEST(ExcludeListExchange, TakesTheUsersOwnRecordsThereAndBack)
                               plist::Dictionary{{u"Path"_s, u"/lost"_s}},
                               changed(own(u"b"_s), u"Comment"_s, 7)};
     QString error;
+    // Nothing comes in that no record of ours has, whoever wrote the file.
+    const plist::Value foreign =
+        plist::Array{changed(changed(own(u"a"_s), u"Private"_s, 2.5), u"Hardcoded"_s, false)};
+    EXPECT_EQ(exclude::readExportedList(bytesOf(exportedFile(foreign)), &error),
+              plist::Array{own(u"a"_s)});
     const auto read = exclude::readExportedList(exclude::exportedList(stored), &error);
     EXPECT_EQ(read, (plist::Array{own(u"a"_s), own(u"b"_s)})) << error.toStdString();
     EXPECT_TRUE(exclude::hasRecordsToExport(stored));

@@ -132,6 +132,14 @@ TEST_F(ExcludePage, RemovesTheSelectedApplication)
     EXPECT_EQ(shown(), QStringList{u"d"_s});
 }
 
+TEST_F(ExcludePage, RemovesTheVeryRowThatHasNoIdentifier)
+{
+    showPaneWith({record({}), plist::Dictionary{{u"DisplayName"_s, u"z"_s}}});
+    table()->selectRow(1);
+    pane->ieRemoveApp(nullptr);
+    EXPECT_EQ(stored(u"ExcludeList"_s), plist::Value(plist::Array{record({})}));
+}
+
 TEST_F(ExcludePage, GuardsPredefinedOnesByTheSelectionAlone)
 {
     showPaneWith({record(u"a"_s), record(u"b"_s, true)});
@@ -229,9 +237,21 @@ TEST_F(ExcludePage, ExportsAndImportsTheUsersOwn)
     EXPECT_TRUE(sheetsControl.alerts().first().alert.message.contains(u"added: a."_s));
     EXPECT_EQ(storedIdentifiers().size(), 2) << "not before the user agrees";
     ASSERT_TRUE(sheetsControl.answer(1));
-    EXPECT_EQ(stored(u"ExcludeList"_s),
-              plist::Value(plist::Array{u"no record"_s, record(u"c"_s), record(u"a"_s)}));
+    const plist::Value imported = plist::Array{u"no record"_s, record(u"c"_s), record(u"a"_s)};
+    EXPECT_EQ(stored(u"ExcludeList"_s), imported);
     EXPECT_EQ(shown(), (QStringList{u"a"_s, u"c"_s}));
+
+    // Another process adds the same at the very moment in which it is stored.
+    store(u"ExcludeList"_s, plist::Value(plist::Array{record(u"c"_s)}));
+    pane->doImportExcludeList(nullptr);
+    ASSERT_TRUE(openPanel.control().chooseFile(u"/home/tester/list.plist"_s));
+    int synchronizations = 0;
+    preferences.control().setMeanwhile([&] {
+        if (++synchronizations == 2)
+            store(u"ExcludeList"_s, imported);
+    });
+    ASSERT_TRUE(sheetsControl.answer(1));
+    EXPECT_EQ(stored(u"ExcludeList"_s), imported);
 }
 
 TEST_F(ExcludePage, SaysWhyAnExportOrImportFailed)

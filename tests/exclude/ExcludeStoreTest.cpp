@@ -109,8 +109,8 @@ const StoredValue storedValues[] = {
      false, 3},
     {"ElementsOfOtherTypesStay", plist::Array{text, number, noIdentifier, a}, u"a"_s,
      plist::Array{text, number, noIdentifier}, true, 5},
-    {"NoListIsNotTouched", text, u"a"_s, {}, false, 2},
-    {"ABareRecordIsNotTouched", a, u"a"_s, {}, false, 2},
+    {"NoListIsTakenForNothing", text, u"a"_s, {}, false, 1},
+    {"ABareRecordIsTakenForNothing", a, u"a"_s, {}, false, 1},
 };
 
 class ExcludeStoreOf : public ExcludeStore, public testing::WithParamInterface<StoredValue>
@@ -129,14 +129,37 @@ TEST_P(ExcludeStoreOf, LosesNothingThatNobodyRemoved)
     add(makeBundle(u"Pens.app"_s, u"com.example.pens"_s));
     const plist::Array list = stored().toArray();
     ASSERT_EQ(list.size(), row.sizeAfterAdding);
-    const plist::Array before = row.before.isArray()  ? row.before.toArray()
-                                : row.before.isNull() ? plist::Array()
-                                                      : plist::Array{row.before};
+    const plist::Array before = row.before.toArray(); // empty for what is no list
     for (qsizetype i = 0; i < before.size(); ++i)
         EXPECT_EQ(list.at(i), before.at(i)) << "element " << i;
+    EXPECT_TRUE(list.at(list.size() - 1).isDictionary());
 }
 
 INSTANTIATE_TEST_SUITE_P(Values, ExcludeStoreOf, testing::ValuesIn(storedValues), RowName());
+
+TEST_F(ExcludeStore, RemovesTheVeryRecordThatHasNoIdentifier)
+{
+    const plist::Value empty = listed({}, u"empty"_s);
+    const plist::Value mistyped = plist::Dictionary{{u"ID"_s, 7}};
+    const struct
+    {
+        plist::Dictionary removed;
+        plist::Value after; ///< null for no write
+    } rows[] = {
+        {noIdentifier.toDictionary(), plist::Array{empty, a, mistyped, again}},
+        {mistyped.toDictionary(), plist::Array{empty, a, noIdentifier, again}},
+        {plist::Dictionary{{u"Path"_s, u"/gone.app"_s}}, {}},
+        {listed({}), plist::Array{a, noIdentifier, mistyped, again}},
+        {again.toDictionary(), plist::Array{empty, noIdentifier, mistyped, again}},
+    };
+    const plist::Array before{empty, a, noIdentifier, mistyped, again};
+    for (const auto &row : rows) {
+        store(plist::Value(before));
+        exclude::RemoveRecordFromExcludeList(preferences, domain, row.removed);
+        EXPECT_EQ(hasWritten(), !row.after.isNull());
+        EXPECT_EQ(stored(), row.after.isNull() ? plist::Value(before) : row.after);
+    }
+}
 
 TEST_F(ExcludeStore, OfABundleAsksForItsIdentifier)
 {
