@@ -1,9 +1,13 @@
 #include "ui/ApplicationBrowser.h"
 
 #include "foundation/Bundle.h"
+#include "foundation/ForeignText.h"
 
 #include <QFileSystemModel>
+#include <QMessageBox>
 #include <QSortFilterProxyModel>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -11,25 +15,24 @@ namespace tarnwell::ui {
 
 namespace {
 
+bool isDesktopEntry(const QFileInfo &file)
+{
+    return file.suffix() == "desktop"_L1;
+}
+
+/// Leaves out the files that are no applications. Folders stay, as the way to others.
 class ApplicationFilter final : public QSortFilterProxyModel
 {
 public:
-    ApplicationFilter(const QStringList &types, QObject *parent)
-        : QSortFilterProxyModel(parent)
-        , m_types(types)
-    {}
+    using QSortFilterProxyModel::QSortFilterProxyModel;
 
 protected:
     bool filterAcceptsRow(int row, const QModelIndex &parent) const override
     {
         const auto *files = static_cast<QFileSystemModel *>(sourceModel());
         const QFileInfo file = files->fileInfo(files->index(row, 0, parent));
-        return file.isDir() || file.isExecutable() || file.suffix() == "desktop"_L1 ||
-               m_types.contains(file.suffix());
+        return file.isDir() || file.isExecutable() || isDesktopEntry(file);
     }
-
-private:
-    QStringList m_types;
 };
 
 /// Few machines have a folder of bundles; programs of one's own are nearer to one's home.
@@ -50,7 +53,7 @@ ApplicationBrowser::ApplicationBrowser(const ports::ApplicationPanel &panel, QWi
     setOption(QFileDialog::ReadOnly);
     setFileMode(panel.allowsMultipleSelection ? ExistingFiles : ExistingFile);
     setLabelText(QFileDialog::Accept, panel.prompt);
-    setProxyModel(new ApplicationFilter(panel.types, this));
+    setProxyModel(new ApplicationFilter(this));
     connect(this, &QFileDialog::currentChanged, this,
             [this](const QString &path) { m_current = path; });
     connect(this, &QFileDialog::directoryEntered, this, [this](const QString &path) {
@@ -61,10 +64,16 @@ ApplicationBrowser::ApplicationBrowser(const ports::ApplicationPanel &panel, QWi
 
 bool ApplicationBrowser::isItem(const QString &path) const
 {
-    if (!QFileInfo(path).isDir())
-        return QFileInfo::exists(path);
-    return m_panel.canChooseDirectories ||
-           (!m_panel.treatsFilePackagesAsDirectories && foundation::Bundle::open(path));
+    const QFileInfo item(QDir::cleanPath(path));
+    if (item.isDir()) {
+        const bool isPackage = !m_panel.treatsFilePackagesAsDirectories &&
+                               m_panel.types.contains(item.suffix(), Qt::CaseInsensitive) &&
+                               foundation::Bundle::open(path);
+        return isPackage || m_panel.canChooseDirectories;
+    }
+    if (isDesktopEntry(item))
+        return foundation::Bundle::open(path).has_value();
+    return item.isFile() && item.isExecutable();
 }
 
 void ApplicationBrowser::choose(const QStringList &paths)
@@ -78,11 +87,28 @@ void ApplicationBrowser::accept()
     QStringList paths = selectedFiles();
     if (paths.isEmpty() && !m_current.isEmpty())
         paths.append(m_current);
-    if (!paths.isEmpty() && std::all_of(paths.cbegin(), paths.cend(),
-                                        [this](const QString &path) { return isItem(path); }))
-        choose(paths);
+    const auto other = std::find_if_not(paths.cbegin(), paths.cend(),
+                                        [this](const QString &path) { return isItem(path); });
+    if (paths.isEmpty() || (other != paths.cend() && QFileInfo(*other).isDir()))
+        QFileDialog::accept(); // enters the folder
+    else if (other != paths.cend())
+        refuse(*other);
     else
-        QFileDialog::accept();
+        choose(paths);
+}
+
+void ApplicationBrowser::refuse(const QString &path)
+{
+    auto *message = new QMessageBox(this);
+    message->setObjectName(u"noApplication"_s);
+    message->setAttribute(Qt::WA_DeleteOnClose);
+    message->setWindowTitle(m_panel.title);
+    message->setIcon(QMessageBox::Warning);
+    message->setTextFormat(Qt::PlainText);
+    message->setText(
+        tr("\"%1\" is not an application.").arg(foundation::shownText(QFileInfo(path).fileName())));
+    message->setInformativeText(tr("Choose a bundle, a desktop entry or a program."));
+    message->open();
 }
 
 } // namespace tarnwell::ui

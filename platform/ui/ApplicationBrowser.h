@@ -6,8 +6,9 @@
 
 namespace tarnwell::ui {
 
-/// Looks for an application in the folders: folders, bundles, desktop entries and programs are
-/// shown. A bundle is chosen as one item, as if it were a file.
+/// Looks for an application in the folders. Bundles of the panel's types, desktop entries of
+/// applications and programs can be chosen, and nothing else: a bundle as one item, as if it were a
+/// file, while any other folder is entered.
 class ApplicationBrowser final : public QFileDialog
 {
     Q_OBJECT
@@ -24,6 +25,7 @@ Q_SIGNALS:
 private:
     bool isItem(const QString &path) const;
     void choose(const QStringList &paths);
+    void refuse(const QString &path);
 
     ports::ApplicationPanel m_panel;
     QString m_current;

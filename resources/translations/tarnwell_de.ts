@@ -1476,6 +1476,17 @@ Wenn Sie es schließen, ohne sie zu speichern, gehen sie verloren.</translation>
     </message>
 </context>
 <context>
+    <name>tarnwell::ui::ApplicationBrowser</name>
+    <message>
+        <source>&quot;%1&quot; is not an application.</source>
+        <translation>„%1“ ist kein Programm.</translation>
+    </message>
+    <message>
+        <source>Choose a bundle, a desktop entry or a program.</source>
+        <translation>Wählen Sie ein Bündel, einen Menüeintrag oder ein ausführbares Programm.</translation>
+    </message>
+</context>
+<context>
     <name>tarnwell::ui::ApplicationChooser</name>
     <message>
         <source>No application matches the search.</source>

@@ -15,6 +15,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QTest>
 
@@ -237,7 +238,12 @@ TEST_F(ApplicationChooser, BrowsingTakesBundlesForFiles)
     const QString bundle = disk.makeApplication(u"/Tools/Nibs.app"_s, u"nibs"_s);
     const QString tool = disk.write(u"/Tools/blotter"_s, "#!/bin/sh\n", true);
     disk.write(u"/Tools/notes.txt"_s, "");
+    const QString entry =
+        disk.write(u"/Tools/pens.desktop"_s, "[Desktop Entry]\nType=Application\nName=P\nExec=p\n");
+    disk.write(u"/Tools/link.desktop"_s, "[Desktop Entry]\nType=Link\nURL=https://a.example\n");
     disk.makeFolder(u"/Tools/More"_s);
+    disk.makeFolder(u"/Tools/Empty.app"_s);
+    disk.writeInfo(u"/Tools/Sources/Info.plist"_s, {{u"CFBundleExecutable"_s, u"run"_s}});
     ports::ApplicationPanel panel = severalApplications();
     panel.folder = disk.path(u"/Tools"_s);
     const struct
@@ -246,12 +252,20 @@ TEST_F(ApplicationChooser, BrowsingTakesBundlesForFiles)
         QString entered; ///< a folder that is opened
         QString typed;   ///< a name that is typed
         QStringList chosen;
+        QString refused = {}; ///< the name that a message tells to be of no application
     } rows[] = {
         {"opening a bundle", bundle, {}, {bundle}},
         {"opening a folder", disk.path(u"/Tools/More"_s), {}, {}},
         {"typing a bundle", {}, u"Nibs.app"_s, {bundle}},
         {"typing a program", {}, u"blotter"_s, {tool}},
+        {"typing a desktop entry", {}, u"pens.desktop"_s, {entry}},
+        {"typing an entry of no application", {}, u"link.desktop"_s, {}, u"link.desktop"_s},
         {"typing a folder", {}, u"More"_s, {}},
+        {"opening a folder with a bundle's contents", disk.path(u"/Tools/Sources"_s), {}, {}},
+        {"typing such a folder", {}, u"Sources"_s, {}},
+        {"typing a folder that only looks like a bundle", {}, u"Empty.app"_s, {}},
+        {"typing another file", {}, u"notes.txt"_s, {}, u"notes.txt"_s},
+        {"typing what does not exist", {}, u"nothing"_s, {}, u"nothing"_s},
     };
     for (const auto &row : rows) {
         SCOPED_TRACE(row.name);
@@ -270,6 +284,10 @@ TEST_F(ApplicationChooser, BrowsingTakesBundlesForFiles)
         QApplication::processEvents();
         if (row.chosen.isEmpty()) {
             EXPECT_TRUE(codes.isEmpty());
+            ASSERT_TRUE(browser->isVisible()) << "for another try";
+            const auto *refusal = find<QMessageBox>("noApplication");
+            EXPECT_EQ(refusal != nullptr, !row.refused.isEmpty());
+            EXPECT_TRUE(!refusal || refusal->text().contains(u'"' + row.refused + u'"'));
             browser->reject();
             press("cancelButton");
         } else {
