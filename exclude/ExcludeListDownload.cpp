@@ -1,9 +1,8 @@
 #include "exclude/ExcludeListDownload.h"
 
-#include "foundation/plist/PropertyList.h"
 #include "ports/Clock.h"
 #include "ports/FileManager.h"
-#include "ports/HttpFetcher.h"
+#include "ports/FileStore.h"
 #include "ports/Tasks.h"
 #include "prefs/CFPreferencesWrapper_Tarnwell.h"
 #include "prefs/PreferenceKeys.h"
@@ -22,11 +21,19 @@ namespace {
 
 constexpr qint64 firstRunBackDating = 15552000; ///< seconds: 180 days
 constexpr qint64 minimumInterval = 31104001;    ///< seconds: 360 days and one second
+constexpr qint64 oneDay = 24 * 60 * 60;         ///< seconds
+constexpr qint64 stampSizeLimit = 64;           ///< bytes
 
 qint64 secondsSince1970(const ports::Clock &clock)
 {
     return static_cast<qint64>(
         std::floor(clock.absoluteTime() + ports::Clock::absoluteTimeIntervalSince1970));
+}
+
+/// A time in the future is that of a clock that went wrong.
+bool wasToday(qint64 time, qint64 now)
+{
+    return time <= now && now - time < oneDay;
 }
 
 void recordTime(prefs::CFPreferencesWrapper_Tarnwell &wrapper, qint64 time)
@@ -60,43 +67,48 @@ qint64 firstRunTime(qint64 now)
     return now - firstRunBackDating;
 }
 
-std::optional<plist::Array> readPredefinedList(const QByteArray &body)
-{
-    const plist::Value value = plist::read(body);
-    return value.isArray() ? std::optional(value.toArray()) : std::nullopt;
-}
-
-void refreshPredefinedList(const DownloadServices &services, const QString &domain,
-                           const QUrl &address)
+bool isDownloadDue(const DownloadServices &services, const QString &domain)
 {
     const auto wrapper = prefs::CFPreferencesWrapper_Tarnwell::preferencesWithApplication(
         services.preferences, domain);
     if (wrapper->boolForKey(prefs::keys::excludeListNoInternetSync))
-        return;
+        return false;
     const auto last =
         static_cast<qint32>(wrapper->integerForKey(prefs::keys::excludeListLastInternetCheck));
     const qint64 now = secondsSince1970(services.clock);
-    switch (nextDownloadStep(last, now)) {
-    case DownloadStep::Wait:
-        return;
-    case DownloadStep::RecordFirstRun:
+    const DownloadStep step = nextDownloadStep(last, now);
+    if (step == DownloadStep::RecordFirstRun)
         recordTime(*wrapper, firstRunTime(now));
-        return;
-    case DownloadStep::Download:
-        break;
-    }
+    return step == DownloadStep::Download;
+}
 
-    const std::optional<QByteArray> body = services.httpFetcher.fetch(address);
-    const std::optional<plist::Array> list = body ? readPredefinedList(*body) : std::nullopt;
-    if (!list)
+void storeDownload(const DownloadServices &services, const QString &domain,
+                   const std::optional<QByteArray> &list)
+{
+    const auto wrapper = prefs::CFPreferencesWrapper_Tarnwell::preferencesWithApplication(
+        services.preferences, domain);
+    // The user may have switched it off while the list was on its way.
+    if (!list || wrapper->boolForKey(prefs::keys::excludeListNoInternetSync))
         return;
     const QString folder = QDir::cleanPath(
         services.fileManager.resolve(u"~/Library/Application Support/Varnit/Tarnwell/"_s));
     if (!services.fileManager.fileExists(folder))
         services.tasks.runAndWait(u"/bin/mkdir"_s, {u"-p"_s, folder});
-    writeInPlace(folder + "/HardcodedExcludeList.plist"_L1,
-                 plist::write(plist::Value(*list), plist::Format::Xml));
+    writeInPlace(folder + "/HardcodedExcludeList.plist"_L1, *list);
     recordTime(*wrapper, secondsSince1970(services.clock));
+}
+
+bool beginDailyCheck(ports::FileStore &fileStore, const ports::FileManager &fileManager,
+                     const ports::Clock &clock)
+{
+    const QString path = fileManager.folder(ports::FolderDomain::User, ports::FolderKind::State) +
+                         "/tarnwell/exclude-list-check"_L1;
+    const qint64 now = secondsSince1970(clock);
+    QString error;
+    const auto stamp = fileStore.readFile(path, stampSizeLimit, &error);
+    if (stamp && wasToday(stamp->toLongLong(), now))
+        return false;
+    return fileStore.writeFile(path, QByteArray::number(now), &error);
 }
 
 } // namespace tarnwell::exclude

@@ -1,16 +1,14 @@
 #pragma once
 
-#include "foundation/plist/Value.h"
-
 #include <QByteArray>
-#include <QUrl>
+#include <QString>
 
 #include <optional>
 
 namespace tarnwell::ports {
 class Clock;
 class FileManager;
-class HttpFetcher;
+class FileStore;
 class Preferences;
 class Tasks;
 } // namespace tarnwell::ports
@@ -26,22 +24,26 @@ DownloadStep nextDownloadStep(qint32 last, qint64 now);
 /// The time that a first run records, so that the first download comes half a year later.
 qint64 firstRunTime(qint64 now);
 
-/// The list in what the server sent; nothing when that is no property list or none of an array.
-std::optional<plist::Array> readPredefinedList(const QByteArray &body);
-
 struct DownloadServices
 {
     ports::Preferences &preferences;
     const ports::Clock &clock;
     const ports::FileManager &fileManager;
-    ports::HttpFetcher &httpFetcher;
     ports::Tasks &tasks;
 };
 
-/// Downloads the predefined list for the plug-in, when the last download is a year old and the user
-/// has not switched that off. Every failure is silent; one of the fetch lets the next call try
-/// again.
-void refreshPredefinedList(const DownloadServices &services, const QString &domain,
-                           const QUrl &address);
+/// Whether the predefined list is to be fetched for the plug-in now: when the last download is a
+/// year old and the user has not switched that off. A first run is recorded.
+bool isDownloadDue(const DownloadServices &services, const QString &domain);
+
+/// Stores a list that was fetched, as the bytes of a file. Every failure is silent; without a list
+/// nothing is recorded either, so that the next call tries again.
+void storeDownload(const DownloadServices &services, const QString &domain,
+                   const std::optional<QByteArray> &list);
+
+/// Whether this pane has not yet looked after the list today. Remembers that it does so now, in a
+/// file of its own; where that fails there would be no end to it, so it is not done at all.
+bool beginDailyCheck(ports::FileStore &fileStore, const ports::FileManager &fileManager,
+                     const ports::Clock &clock);
 
 } // namespace tarnwell::exclude

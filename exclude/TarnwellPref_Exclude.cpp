@@ -10,6 +10,7 @@
 #include "exclude/ExcludeStore.h"
 #include "exclude/ExcludeTableModel.h"
 #include "ports/FileManager.h"
+#include "ports/HttpFetcher.h"
 #include "ports/OpenPanel.h"
 #include "ports/Timers.h"
 #include "ports/Workspace.h"
@@ -49,6 +50,16 @@ std::optional<foundation::Bundle> bundleOfItem(const ports::FileManager &fileMan
         return bundle;
     const bool isProgram = item.isFile() && fileManager.isOwnerExecutable(path);
     return isProgram ? foundation::Bundle::ofPlainFolder(item.path()) : std::nullopt;
+}
+
+exclude::DownloadServices downloadServices(const ports::Desktop &desktop)
+{
+    return {desktop.preferences, desktop.clock, desktop.fileManager, desktop.tasks};
+}
+
+QUrl listAddress()
+{
+    return QUrl(QStringLiteral(TARNWELL_WEB_SERVER "/goto/excludelist/tarnwell/"));
 }
 
 bool isFocused(const QWidget *widget)
@@ -221,18 +232,29 @@ void TarnwellPref::ieInternetCheckbox(QObject *sender)
 
 void TarnwellPref::ieCheckInternet()
 {
-    exclude::refreshPredefinedList(
-        {m_desktop.preferences, m_desktop.clock, m_desktop.fileManager, m_desktop.httpFetcher,
-         m_desktop.tasks},
-        prefs::pluginDomain,
-        QUrl(QStringLiteral(TARNWELL_WEB_SERVER "/goto/excludelist/tarnwell/")));
+    const exclude::DownloadServices services = downloadServices(m_desktop);
+    if (exclude::isDownloadDue(services, prefs::pluginDomain))
+        exclude::storeDownload(services, prefs::pluginDomain,
+                               m_desktop.httpFetcher.fetchList(listAddress()));
+}
+
+void TarnwellPref::checkInternetInBackground()
+{
+    if (!exclude::beginDailyCheck(m_desktop.fileStore, m_desktop.fileManager, m_desktop.clock) ||
+        !exclude::isDownloadDue(downloadServices(m_desktop), prefs::pluginDomain))
+        return;
+    m_ieFetch = m_desktop.httpFetcher.startFetchingList(
+        listAddress(), [this](const std::optional<QByteArray> &list) {
+            exclude::storeDownload(downloadServices(m_desktop), prefs::pluginDomain, list);
+        });
 }
 
 void TarnwellPref::scheduleInternetCheck()
 {
-    // A network that does not answer must not keep the window blank, so the pane is painted first.
+    // Nothing of it may delay what the user waits for, so the pane is painted first.
     m_ieFirstPaint = std::make_unique<ui::FirstPaint>(m_mainView, [this] {
-        m_ieInternetTimer = m_desktop.timers.scheduleOnce(0.0, [this] { ieCheckInternet(); });
+        m_ieInternetTimer =
+            m_desktop.timers.scheduleOnce(0.0, [this] { checkInternetInBackground(); });
     });
 }
 
@@ -240,6 +262,7 @@ void TarnwellPref::cancelInternetCheck()
 {
     m_ieFirstPaint.reset();
     m_ieInternetTimer.reset();
+    m_ieFetch.reset();
 }
 
 } // namespace tarnwell::pane

@@ -7,9 +7,12 @@ install(TARGETS tarnwell-settings RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 # this place, relative to its own.
 install(DIRECTORY ${PROJECT_BINARY_DIR}/Tarnwell.prefPane
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/tarnwell USE_SOURCE_PERMISSIONS
-        PATTERN Tarnwell.so EXCLUDE)
+        PATTERN Tarnwell.so EXCLUDE
+        PATTERN tarnwell-fetch-list EXCLUDE)
 install(TARGETS tarnwell_pane_bundle
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/tarnwell/Tarnwell.prefPane/Contents/Linux)
+install(TARGETS tarnwell-fetch-list
+        RUNTIME DESTINATION ${CMAKE_INSTALL_LIBDIR}/tarnwell/Tarnwell.prefPane/Contents/Linux)
 install(FILES ${PROJECT_SOURCE_DIR}/packaging/tarnwell-settings.desktop
         DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
 install(FILES ${PROJECT_SOURCE_DIR}/packaging/tarnwell-settings.svg
@@ -32,8 +35,9 @@ set(CPACK_DEBIAN_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # Not linked but loaded: the reader of the applications' icns icons.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS qt6-image-formats-plugins)
-# The last one holds the toolkit's own texts in other languages than English.
+# The translations are the toolkit's own texts in other languages than English; the certificates are
+# those of the authorities that a web server is trusted by.
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS
-    "default-dbus-session-bus | dbus-session-bus, xkb-data, qt6-translations-l10n")
+    "default-dbus-session-bus | dbus-session-bus, xkb-data, qt6-translations-l10n, ca-certificates")
 set(CPACK_ARCHIVE_FILE_NAME ${CPACK_PACKAGE_NAME}-${PROJECT_VERSION}-${CMAKE_SYSTEM_NAME}-${CMAKE_SYSTEM_PROCESSOR})
 include(CPack)

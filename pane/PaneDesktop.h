@@ -16,8 +16,8 @@
 #include "desktop/LocalLockFiles.h"
 #include "desktop/LocalNotifications.h"
 #include "desktop/ProcRunningApplications.h"
+#include "desktop/ProcessHttpFetcher.h"
 #include "desktop/ProcessTasks.h"
-#include "desktop/QtHttpFetcher.h"
 #include "desktop/QtTimers.h"
 #include "desktop/ScreenWindowServer.h"
 #include "desktop/SystemClock.h"
@@ -64,7 +64,7 @@ private:
     desktop::LinuxSystemFacts m_systemFacts;
     desktop::ProcRunningApplications m_runningApplications;
     desktop::ProcessTasks m_tasks;
-    desktop::QtHttpFetcher m_httpFetcher;
+    desktop::ProcessHttpFetcher m_httpFetcher;
     ui::WidgetSheets m_sheets;
     ui::WidgetOpenPanel m_openPanel;
     desktop::LocalFileStore m_fileStore;

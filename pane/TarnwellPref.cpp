@@ -4,6 +4,7 @@
 #include "foundation/Languages.h"
 #include "pane/Catalogues.h"
 #include "ports/HostApplication.h"
+#include "ports/HttpFetcher.h"
 #include "ports/KeyboardLayouts.h"
 #include "ports/NotificationCenter.h"
 #include "ports/Preferences.h"

@@ -53,6 +53,7 @@ enum class Verdict;
 struct HotKey;
 } // namespace tarnwell::hotkey
 namespace tarnwell::ports {
+class ListFetch;
 class Observation;
 class Timer;
 struct Notification;
@@ -338,6 +339,8 @@ private:
     void refreshIEList();
     /// Has the check run when the pane is to be seen next.
     void scheduleInternetCheck();
+    /// Once a day, and without keeping anybody waiting.
+    void checkInternetInBackground();
     void cancelInternetCheck();
     void askToImportExcludeList(const QString &path);
 
@@ -400,6 +403,7 @@ private:
     QList<QWidget *> m_shownWithoutEffects; ///< instead of those
     std::unique_ptr<ui::FirstPaint> m_ieFirstPaint;
     std::unique_ptr<ports::Timer> m_ieInternetTimer;
+    std::unique_ptr<ports::ListFetch> m_ieFetch;
 };
 
 } // namespace tarnwell::pane

@@ -28,6 +28,14 @@ QString libraryFolder(FolderDomain domain)
     return {};
 }
 
+QString stateFolder(const Places &places)
+{
+    // The environment speaks of this user's real home alone; a relative name does not count.
+    const QString named = qEnvironmentVariable("XDG_STATE_HOME");
+    return places.areReal() && named.startsWith(u'/') ? QDir::cleanPath(named)
+                                                      : places.home + "/.local/state"_L1;
+}
+
 } // namespace
 
 QString LocalFileManager::resolve(const QString &documentedName) const
@@ -48,6 +56,8 @@ QString LocalFileManager::folder(FolderDomain domain, FolderKind kind) const
         return resolve(libraryFolder(domain) + "/Screen Savers"_L1);
     case FolderKind::TemporaryItems:
         return resolve(u"/tmp"_s);
+    case FolderKind::State:
+        return stateFolder(m_places);
     }
     return {};
 }

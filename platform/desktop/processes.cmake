@@ -1,4 +1,4 @@
 list(APPEND desktop_sources
     ProcRunningApplications.cpp
-    ProcessTasks.cpp
-    QtHttpFetcher.cpp)
+    ProcessHttpFetcher.cpp
+    ProcessTasks.cpp)

@@ -6,7 +6,13 @@
 namespace tarnwell::ports {
 
 enum class FolderDomain { System, Local, Network, User };
-enum class FolderKind { Library, ApplicationSupport, ScreenSavers, TemporaryItems };
+enum class FolderKind {
+    Library,
+    ApplicationSupport,
+    ScreenSavers,
+    TemporaryItems,
+    State, ///< what programs remember for themselves; each user has one, whatever the domain
+};
 
 /// Names and places of files.
 ///

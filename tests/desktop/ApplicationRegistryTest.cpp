@@ -343,6 +343,18 @@ TEST_F(Registry, FoldersFollowTheHomeAndTheRoot)
     };
     for (const auto &[actual, expected] : rows)
         EXPECT_EQ(actual, expected);
+
+    // Only the real home's may be elsewhere.
+    const LocalFileManager real(Places::ofThisUser(), bundles);
+    const auto stateFolders = [&](const char *named) {
+        qputenv("XDG_STATE_HOME", named);
+        return QStringList{real.folder(FolderDomain::User, FolderKind::State),
+                           files.folder(FolderDomain::User, FolderKind::State)};
+    };
+    const QString own = home.home() + "/.local/state"_L1;
+    EXPECT_EQ(stateFolders("/state/"), (QStringList{u"/state"_s, own}));
+    EXPECT_EQ(stateFolders("state"), (QStringList{QDir::homePath() + "/.local/state"_L1, own}));
+    qunsetenv("XDG_STATE_HOME");
 }
 
 TEST_F(Registry, TheOwnersBitDecidesWhatIsExecutable)

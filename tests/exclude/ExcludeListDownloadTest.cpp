@@ -1,7 +1,7 @@
 #include "exclude/ExcludeListDownload.h"
 #include "fakes/FakeClock.h"
 #include "fakes/FakeFileManager.h"
-#include "fakes/FakeHttpFetcher.h"
+#include "fakes/FakeFileStore.h"
 #include "fakes/FakePreferences.h"
 #include "fakes/FakeTasks.h"
 #include "support/RowName.h"
@@ -16,7 +16,6 @@ namespace {
 
 constexpr QLatin1StringView domain{"com.varnit.tarnwell"};
 constexpr QLatin1StringView timeKey{"ExcludeListLastInternetCheck"};
-const QUrl address(u"https://www.varnit.example/goto/excludelist/tarnwell/"_s);
 
 constexpr qint64 march2023 = 1678307200;
 constexpr qint64 halfAYear = 15552000;
@@ -47,47 +46,71 @@ const Moment moments[] = {
 class ExcludeListDownload : public testing::TestWithParam<Moment>
 {
 protected:
-    ExcludeListDownload()
+    /// Runs all steps on a machine where that was stored last. Whether the list was to be fetched.
+    bool refresh(bool switchedOff = false)
     {
-        httpFetcher.control().body = "<plist><array><string>record</string></array></plist>";
-    }
-
-    /// A refresh on a machine where that was stored last.
-    void refresh(bool switchedOff = false)
-    {
-        httpFetcher.control().fetched.clear();
         preferences.control().setStoredValue(timeKey, GetParam().last, domain);
         preferences.control().setStoredValue(u"ExcludeListNoInternetSync"_s, switchedOff, domain);
         preferences.appSynchronize(domain);
         preferences.control().clearRecord();
         clock.control().absoluteTime = double(GetParam().now - 978307200);
-        exclude::refreshPredefinedList({preferences, clock, fileManager, httpFetcher, tasks},
-                                       domain, address);
+        if (!exclude::isDownloadDue(services, domain))
+            return false;
+        exclude::storeDownload(services, domain, "<plist><array/></plist>");
+        return true;
     }
 
     fakes::FakeHome home;
     fakes::FakePreferences preferences;
     fakes::FakeClock clock;
     fakes::FakeFileManager fileManager{home};
-    fakes::FakeHttpFetcher httpFetcher;
     fakes::FakeTasks tasks;
+    const exclude::DownloadServices services{preferences, clock, fileManager, tasks};
 };
 
 } // namespace
 
 TEST_P(ExcludeListDownload, IsDueByTheTimeThatWasRecorded)
 {
-    refresh();
     const Moment &row = GetParam();
-    EXPECT_EQ(httpFetcher.control().fetched, row.fetches ? QList<QUrl>{address} : QList<QUrl>());
-    EXPECT_EQ(preferences.control().storedValue(timeKey, domain),
-              row.recorded.isNull() ? row.last : row.recorded);
+    EXPECT_EQ(refresh(), row.fetches);
+    const plist::Value recorded = row.recorded.isNull() ? row.last : row.recorded;
+    EXPECT_EQ(preferences.control().storedValue(timeKey, domain), recorded);
 
-    refresh(true);
-    EXPECT_TRUE(httpFetcher.control().fetched.isEmpty()) << "switched off";
-    EXPECT_TRUE(preferences.control().writes().isEmpty());
+    EXPECT_FALSE(refresh(true)) << "switched off";
+    exclude::storeDownload(services, domain, "<plist><array/></plist>");
+    EXPECT_TRUE(preferences.control().writes().isEmpty()) << "switched off meanwhile";
 }
 
 INSTANTIATE_TEST_SUITE_P(Times, ExcludeListDownload, testing::ValuesIn(moments), RowName());
+
+TEST(ExcludeListDailyCheck, IsBegunOnceInTwentyFourHours)
+{
+    constexpr double aDay = 24 * 60 * 60;
+    const fakes::FakeHome home;
+    const fakes::FakeFileManager fileManager{home};
+    fakes::FakeFileStoreControl files;
+    fakes::FakeFileStore fileStore{files};
+    fakes::FakeClock clock;
+    const struct
+    {
+        double time; ///< since 2001
+        bool begins;
+    } rows[] = {
+        {7e8, true},        {7e8 + 1, false},        {7e8 + aDay - 1, false},
+        {7e8 + aDay, true}, {7e8 + aDay + 1, false}, {7e8, true}, // the clock was wrong
+    };
+    for (const auto &row : rows) {
+        clock.control().absoluteTime = row.time;
+        EXPECT_EQ(exclude::beginDailyCheck(fileStore, fileManager, clock), row.begins) << row.time;
+    }
+    clock.control().absoluteTime += aDay;
+    files.writeError = u"Read-only"_s;
+    EXPECT_FALSE(exclude::beginDailyCheck(fileStore, fileManager, clock)) << "every time, else";
+    files.writeError.clear();
+    ASSERT_EQ(files.files.size(), 1);
+    files.files.begin()->second = "damaged";
+    EXPECT_TRUE(exclude::beginDailyCheck(fileStore, fileManager, clock));
+}
 
 } // namespace tarnwell::tests

@@ -4,8 +4,8 @@
 #include "desktop/ChildProcess.h"
 #include "desktop/FilePreferences.h"
 #include "desktop/LocalFileManager.h"
+#include "desktop/ProcessHttpFetcher.h"
 #include "desktop/ProcessTasks.h"
-#include "desktop/QtHttpFetcher.h"
 #include "exclude/ExcludeListDownload.h"
 #include "fakes/FakeClock.h"
 #include "foundation/plist/PropertyList.h"
@@ -13,6 +13,7 @@
 #include "support/TemporaryHome.h"
 
 #include <QElapsedTimer>
+#include <QTest>
 
 #include <gtest/gtest.h>
 
@@ -29,35 +30,42 @@ constexpr double now = 700000000.0; ///< since 2001
 constexpr qint64 nowSince1970 = 1678307200;
 constexpr qint64 longAgo = nowSince1970 - 40000000;
 
-/// A server, killed with this object.
+/// The server of all tests here, for as long as they run.
 class Server
 {
 public:
-    explicit Server(bool encrypted)
-        : m_scheme(encrypted ? u"https"_s : u"http"_s)
-        , m_process(encrypted ? QList<QByteArray>{"python3", TARNWELL_HTTP_SERVER,
-                                                  TARNWELL_LOOPBACK_CERTIFICATE}
-                              : QList<QByteArray>{"python3", TARNWELL_HTTP_SERVER})
-        , m_port(m_process.readLine().toInt())
-    {}
-
-    QUrl address(const QString &behaviour) const
+    Server()
     {
-        return QUrl(
-            u"%1://127.0.0.1:%2/%3/goto/excludelist/tarnwell/"_s.arg(m_scheme).arg(m_port).arg(
-                behaviour));
+        const QList<QByteArray> ports = m_process.readLine().split(' ');
+        m_plain = ports.value(0).toInt();
+        m_encrypted = ports.value(1).toInt();
+    }
+
+    /// Of a page at a host that is this machine.
+    QUrl address(const QString &behaviour, bool encrypted = false,
+                 const QString &host = u"localhost"_s) const
+    {
+        return QUrl(u"%1://%2:%3/%4/goto/excludelist/tarnwell/"_s.arg(
+            encrypted ? u"https"_s : u"http"_s, host,
+            QString::number(encrypted ? m_encrypted : m_plain), behaviour));
     }
 
 private:
-    QString m_scheme;
-    ChildProcess m_process;
-    int m_port;
+    ChildProcess m_process{{"python3", TARNWELL_HTTP_SERVER, TARNWELL_LOOPBACK_CERTIFICATE}};
+    int m_plain = 0;
+    int m_encrypted = 0;
 };
 
-QByteArray certificate()
+const Server &server()
 {
-    QFile file(QStringLiteral(TARNWELL_LOOPBACK_CERTIFICATE));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    static const Server it;
+    return it;
+}
+
+desktop::ProcessHttpFetcher makeFetcher(const desktop::HttpLimits &limits = {})
+{
+    return desktop::ProcessHttpFetcher(QStringLiteral(TARNWELL_FETCH_LIST), limits,
+                                       QStringLiteral(TARNWELL_LOOPBACK_CERTIFICATE));
 }
 
 /// A home whose last download is due for another.
@@ -76,8 +84,9 @@ public:
 
     void refresh(ports::HttpFetcher &fetcher, const QUrl &address)
     {
-        exclude::refreshPredefinedList({m_preferences, m_clock, m_fileManager, fetcher, m_tasks},
-                                       domain, address);
+        const exclude::DownloadServices services{m_preferences, m_clock, m_fileManager, m_tasks};
+        if (exclude::isDownloadDue(services, domain))
+            exclude::storeDownload(services, domain, fetcher.fetchList(address));
     }
 
     qint64 recordedTime()
@@ -128,12 +137,17 @@ const Answer answers[] = {
     {"Dictionary", "dictionary", false, false},
     {"TooMuchIsAnnounced", "large", false, false},
     {"TooMuchIsStreamed", "endless", false, false},
+    {"ChunkOfFourGigabytes", "chunk", false, false},
+    {"EndlessHeaders", "headers", false, false},
+    {"EndlessHeader", "one-header", false, false},
+    {"EndlessContinue", "continue", false, false},
     {"BytePerSecond", "slow", false, false, true},
     {"NoAnswer", "silent", false, false, true},
     {"ServerError", "error", false, false},
+    {"RedirectToEncryption", "1", false, true},
+    {"FiveRedirectsToTwoHosts", "5", true, true},
+    {"SixRedirects", "6", true, false},
     {"RedirectLoop", "loop", true, false},
-    {"RedirectToTheSameHost", "moved", true, true},
-    {"RedirectToAnotherHost", "elsewhere", true, false},
     {"RedirectToNoEncryption", "unencrypted", true, false},
 };
 
@@ -145,62 +159,97 @@ class ServerAnswer : public testing::TestWithParam<Answer>
 TEST_P(ServerAnswer, IsTakenOrLeavesEverythingAsItWas)
 {
     const Answer &row = GetParam();
-    const Server server(row.encrypted);
     desktop::HttpLimits limits;
     if (row.endsByTime)
         limits.time = 300ms;
-    desktop::QtHttpFetcher fetcher(limits, certificate());
+    auto fetcher = makeFetcher(limits);
     DueHome home;
     QElapsedTimer timer;
     timer.start();
-    home.refresh(fetcher, server.address(QString::fromLatin1(row.behaviour)));
+    home.refresh(fetcher, server().address(QString::fromLatin1(row.behaviour), row.encrypted));
     EXPECT_LT(timer.elapsed(), std::chrono::milliseconds(desktop::HttpLimits().time).count());
     EXPECT_EQ(home.recordedTime(), row.taken ? nowSince1970 : longAgo);
     EXPECT_EQ(home.list(), row.taken ? served : plist::Value());
     EXPECT_EQ(QFile::exists(home.file()), row.taken);
 }
 
-INSTANTIATE_TEST_SUITE_P(ExcludeListServer, ServerAnswer, testing::ValuesIn(answers), RowName());
-
-TEST(ExcludeListServer, IsNotTrustedWithoutAKnownCertificate)
+TEST_P(ServerAnswer, KeepsNobodyWaitingInTheBackground)
 {
-    const Server server(true);
-    desktop::QtHttpFetcher fetcher;
-    EXPECT_EQ(fetcher.fetch(server.address(u"list"_s)), std::nullopt);
+    const Answer &row = GetParam();
+    desktop::HttpLimits limits;
+    if (row.endsByTime)
+        limits.time = 300ms;
+    auto fetcher = makeFetcher(limits);
+    std::optional<std::optional<QByteArray>> told;
+    const auto fetch = fetcher.startFetchingList(
+        server().address(QString::fromLatin1(row.behaviour), row.encrypted),
+        [&told](const std::optional<QByteArray> &list) { told = list; });
+    EXPECT_FALSE(told) << "before the run loop had a turn";
+    ASSERT_TRUE(QTest::qWaitFor([&told] { return told.has_value(); }));
+    EXPECT_EQ(told->has_value(), row.taken);
 }
 
-TEST(ExcludeListServer, NobodyListeningAndAddressesOfOtherKindsAreNothing)
+INSTANTIATE_TEST_SUITE_P(ExcludeListServer, ServerAnswer, testing::ValuesIn(answers), RowName());
+
+TEST(ExcludeListServer, IsGivenUpAtOnce)
 {
-    int port = 0;
+    auto fetcher = makeFetcher();
+    bool isTold = false;
+    QElapsedTimer timer;
+    auto fetch = fetcher.startFetchingList(server().address(u"silent"_s),
+                                           [&isTold](const auto &) { isTold = true; });
+    QCoreApplication::processEvents(); // which starts it
+    timer.start();
+    fetch.reset();
+    EXPECT_LT(timer.elapsed(), std::chrono::milliseconds(desktop::HttpLimits().time).count());
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(isTold);
+}
+
+TEST(ExcludeListServer, IsNotAskedWithoutAProgramOrAnAddressOrTrust)
+{
+    const QString program = QStringLiteral(TARNWELL_FETCH_LIST);
+    const QUrl good = server().address(u"list"_s, true);
+    const struct
     {
-        const Server gone(false);
-        port = gone.address(u"list"_s).port();
+        const char *name;
+        desktop::ProcessHttpFetcher fetcher;
+        QUrl address;
+    } rows[] = {
+        {"an unknown authority", desktop::ProcessHttpFetcher(program), good},
+        {"no program", desktop::ProcessHttpFetcher(u"/nonexistent"_s), good},
+        {"nobody listening", makeFetcher(), QUrl(u"http://127.0.0.1:1/"_s)},
+        {"no such host", makeFetcher(), QUrl(u"https://list.invalid/"_s)},
+        {"a plain connection", makeFetcher(),
+         server().address(u"list"_s, false, u"list.localhost"_s)},
+        {"a file", makeFetcher(), QUrl::fromLocalFile(QStringLiteral(TARNWELL_HTTP_SERVER))},
+        {"no address", makeFetcher(), QUrl()},
+    };
+    for (auto [name, fetcher, address] : rows) {
+        EXPECT_EQ(fetcher.fetchList(address), std::nullopt) << name;
+        int told = 0;
+        const auto fetch = fetcher.startFetchingList(
+            address, [&told](const auto &list) { told += list ? 100 : 1; });
+        EXPECT_TRUE(QTest::qWaitFor([&told] { return told > 0; })) << name;
+        EXPECT_EQ(told, 1) << name;
     }
-    desktop::QtHttpFetcher fetcher;
-    for (const QString &address :
-         {u"http://127.0.0.1:%1/"_s.arg(port), u"https://list.invalid/"_s,
-          QUrl::fromLocalFile(QStringLiteral(TARNWELL_HTTP_SERVER)).toString(), u"data:,x"_s,
-          QString()})
-        EXPECT_EQ(fetcher.fetch(QUrl(address)), std::nullopt) << address.toStdString();
 }
 
 TEST(ExcludeListServer, AFailedFetchKeepsTheListOfLastYear)
 {
-    const Server server(false);
-    desktop::QtHttpFetcher fetcher;
+    auto fetcher = makeFetcher();
     DueHome home;
     const plist::Value old = listOf(u"old"_s);
     home.disk.write(DueHome::fileName, plist::write(old, plist::Format::Xml));
-    home.refresh(fetcher, server.address(u"html"_s));
+    home.refresh(fetcher, server().address(u"html"_s));
     EXPECT_EQ(home.list(), old);
-    home.refresh(fetcher, server.address(u"list"_s));
+    home.refresh(fetcher, server().address(u"list"_s));
     EXPECT_EQ(home.list(), served) << "the folder was there, and the file is replaced";
 }
 
 TEST(ExcludeListServer, AFileThatCannotBeWrittenStillCountsAsACheck)
 {
-    const Server server(false);
-    desktop::QtHttpFetcher fetcher;
+    auto fetcher = makeFetcher();
     const struct
     {
         const char *name;
@@ -221,7 +270,7 @@ TEST(ExcludeListServer, AFileThatCannotBeWrittenStillCountsAsACheck)
         SCOPED_TRACE(row.name);
         DueHome home;
         row.obstruct(home);
-        home.refresh(fetcher, server.address(u"list"_s));
+        home.refresh(fetcher, server().address(u"list"_s));
         EXPECT_EQ(home.recordedTime(), nowSince1970);
     }
 }

@@ -198,28 +198,43 @@ TEST_F(ExcludePage, InternetCheckboxStoresTheOpposite)
     EXPECT_TRUE(httpFetcher.control().fetched.isEmpty());
 }
 
-TEST_F(ExcludePage, ChecksTheInternetOnceEachTimeThePaneIsToBeSeen)
+TEST_F(ExcludePage, ChecksTheInternetOnceADayWhenItHasBeenSeen)
 {
+    constexpr double aDay = 24 * 60 * 60;
+    auto &web = httpFetcher.control();
+    web.list = "<plist><array/></plist>";
     store(u"ExcludeListLastInternetCheck"_s, 1);
     showPane();
+    const auto showAgain = [&](bool isSeen) {
+        pane->willUnselect();
+        pane->willSelect();
+        if (isSeen)
+            view->grab();
+        timers.control().advance(0);
+    };
     timers.control().advance(60);
     view->grab();
-    EXPECT_TRUE(httpFetcher.control().fetched.isEmpty()) << "painting does not wait for it";
+    EXPECT_EQ(web.fetched.size(), 0) << "painting does not wait for it";
     timers.control().advance(0);
-    view->grab();
-    timers.control().advance(60);
-    EXPECT_EQ(httpFetcher.control().fetched.size(), 1);
+    EXPECT_EQ(web.fetched.size(), 1);
+    showAgain(true);
+    EXPECT_EQ(web.fetched.size(), 1) << "once a day";
+    EXPECT_FALSE(web.answer()) << "the pane was left";
 
-    pane->willUnselect();
-    pane->willSelect();
-    view->grab();
-    pane->willUnselect();
-    timers.control().advance(60);
-    EXPECT_EQ(httpFetcher.control().fetched.size(), 1) << "left before its turn came";
-    pane->willSelect();
-    view->grab();
-    timers.control().advance(0);
-    EXPECT_EQ(httpFetcher.control().fetched.size(), 2);
+    clock.control().absoluteTime += aDay;
+    showAgain(false);
+    EXPECT_EQ(web.fetched.size(), 1) << "not seen";
+    showAgain(true);
+    EXPECT_EQ(stored(u"ExcludeListLastInternetCheck"_s), plist::Value(1)) << "on its way";
+    EXPECT_TRUE(web.answer());
+    EXPECT_NE(stored(u"ExcludeListLastInternetCheck"_s), plist::Value(1));
+
+    // Whoever asks for it is not put off to another day.
+    store(u"ExcludeListLastInternetCheck"_s, 1);
+    preferences.appSynchronize(prefs::pluginDomain);
+    pane->ieCheckInternet();
+    EXPECT_EQ(web.fetched.size(), 3);
+    EXPECT_NE(stored(u"ExcludeListLastInternetCheck"_s), plist::Value(1));
 }
 
 TEST_F(ExcludePage, ExportsAndImportsTheUsersOwn)

@@ -1,19 +1,22 @@
 #!/usr/bin/env python3
 """A web server on loopback that behaves as its paths say; see the rows of ExcludeListServerTest.
 
-Usage: http_server.py [CERTIFICATE]
+Usage: http_server.py CERTIFICATE
 
-With a certificate it speaks TLS. Prints its port, then serves until it is killed.
+Prints the port where it speaks plain HTTP and the one where it speaks TLS, then serves until its
+input ends.
 """
 
 import plistlib
 import ssl
 import sys
+import threading
 import time
 from http.server import BaseHTTPRequestHandler, ThreadingHTTPServer
 
 RECORDS = [{"ID": "com.example.scribe"}]
 LIST = plistlib.dumps(RECORDS)
+PORTS = {}
 TOO_MUCH = LIST + b" " * 10 * 1024 * 1024  # a list all the same
 BODIES = {
     "list": LIST,
@@ -22,11 +25,24 @@ BODIES = {
     "dictionary": plistlib.dumps({"ExcludeList": RECORDS}),
 }
 REDIRECTIONS = {
-    "loop": ("https", "127.0.0.1", "loop"),
-    "moved": ("https", "127.0.0.1", "list"),
-    "elsewhere": ("https", "localhost", "list"),
-    "unencrypted": ("http", "127.0.0.1", "list"),
+    "loop": ("https", "localhost", "loop"),
+    "unencrypted": ("http", "localhost", "list"),
 }
+# What is sent again and again until the client has enough, after a beginning.
+ENDLESS = {
+    "headers": (b"HTTP/1.1 200 OK\r\n", b"X-More: and more\r\n" * 100),
+    "one-header": (b"HTTP/1.1 200 OK\r\nX-More: ", b"and more" * 1000),
+    "continue": (b"", b"HTTP/1.1 100 Continue\r\n\r\n" * 100),
+    "chunk": (b"HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\nffffffff\r\n", b" " * 4096),
+}
+
+
+def target_of(name):
+    """Where a name redirects to. A number is that of the redirections on the way to the list."""
+    if name.isdigit():
+        host = "localhost" if int(name) % 2 else "127.0.0.1"
+        return "https", host, str(int(name) - 1) if int(name) > 1 else "list"
+    return REDIRECTIONS.get(name)
 
 
 class Handler(BaseHTTPRequestHandler):
@@ -53,10 +69,15 @@ class Handler(BaseHTTPRequestHandler):
     def behave(self, name):
         if name in BODIES:
             self.answer(BODIES[name])
-        elif name in REDIRECTIONS:
-            scheme, host, path = REDIRECTIONS[name]
-            location = f"{scheme}://{host}:{self.server.server_port}/{path}/"
+        elif target := target_of(name):
+            scheme, host, path = target
+            location = f"{scheme}://{host}:{PORTS[scheme]}/{path}/"
             self.answer(b"", 302, Location=location)
+        elif name in ENDLESS:
+            beginning, more = ENDLESS[name]
+            self.wfile.write(beginning)
+            while True:
+                self.wfile.write(more)
         elif name == "broken-off":
             self.answer(LIST[: len(LIST) // 2], length=len(LIST))
         elif name == "large":
@@ -76,15 +97,18 @@ class Handler(BaseHTTPRequestHandler):
             self.answer(LIST, 500)
 
 
-def main():
+def start(scheme, certificate=None):
     server = ThreadingHTTPServer(("127.0.0.1", 0), Handler)
     server.daemon_threads = True
-    if len(sys.argv) > 1:
+    if certificate:
         context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
-        context.load_cert_chain(sys.argv[1])
+        context.load_cert_chain(certificate)
         server.socket = context.wrap_socket(server.socket, server_side=True)
-    print(server.server_port, flush=True)
-    server.serve_forever()
+    PORTS[scheme] = server.server_port
+    threading.Thread(target=server.serve_forever, daemon=True).start()
 
 
-main()
+start("http")
+start("https", sys.argv[1])
+print(PORTS["http"], PORTS["https"], flush=True)
+sys.stdin.read()

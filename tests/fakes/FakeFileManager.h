@@ -42,6 +42,8 @@ public:
         using ports::FolderKind;
         if (kind == FolderKind::TemporaryItems)
             return resolve(QStringLiteral("/tmp"));
+        if (kind == FolderKind::State)
+            return resolve(QStringLiteral("~/.local/state"));
         const QString base = domain == FolderDomain::User      ? QStringLiteral("~/Library")
                              : domain == FolderDomain::Local   ? QStringLiteral("/Library")
                              : domain == FolderDomain::Network ? QStringLiteral("/Network/Library")
