@@ -8,6 +8,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QMap>
 
 namespace tarnwell::foundation {
 
@@ -30,6 +31,22 @@ struct Bundle::Data
     QString resources() const
     {
         return QFileInfo(resourcesFolder).isDir() ? resourcesFolder : contentsFolder;
+    }
+
+    /// Where a resource is looked for, the user's languages first.
+    QStringList resourceFolders() const
+    {
+        QStringList languages;
+        for (const QString &language : localizationNames(userLanguages()))
+            languages.append(language + ".lproj/"_L1);
+        languages << u""_s << u"Base.lproj/"_s << u"en.lproj/"_s << u"English.lproj/"_s;
+        const QString region = info.value("CFBundleDevelopmentRegion"_L1).toString();
+        if (!region.isEmpty() && !region.contains(u'/') && !region.contains(QChar(0)))
+            languages.append(region + ".lproj/"_L1);
+        const QString folder = resources() + u'/';
+        for (QString &language : languages)
+            language.prepend(folder);
+        return languages;
     }
 };
 
@@ -138,7 +155,10 @@ std::optional<Bundle> Bundle::ofPlainFolder(const QString &path)
     if (path.isEmpty() || !place.isDir())
         return std::nullopt;
     auto data = std::make_shared<Data>();
-    data->path = data->contentsFolder = data->resourcesFolder = place.filePath();
+    data->path = place.filePath();
+    const QString contents = data->path + "/Contents"_L1;
+    data->contentsFolder = QFileInfo(contents).isDir() ? contents : data->path;
+    data->resourcesFolder = data->contentsFolder + "/Resources"_L1;
     return Bundle(std::move(data));
 }
 
@@ -237,13 +257,8 @@ QString Bundle::resourcePath(const QString &name, const QString &type) const
     const QString fileName = type.isEmpty() ? name : name + u'.' + type;
     if (d->entry || !staysInside(fileName))
         return {};
-    QStringList folders;
-    for (const QString &language : localizationNames(userLanguages()))
-        folders.append(u'/' + language + ".lproj/"_L1);
-    folders << u"/"_s << u"/Base.lproj/"_s << u"/en.lproj/"_s << u"/English.lproj/"_s;
-    const QString resources = d->resources();
-    for (const QString &folder : std::as_const(folders)) {
-        const QString path = resources + folder + fileName;
+    for (const QString &folder : d->resourceFolders()) {
+        const QString path = folder + fileName;
         if (QFileInfo::exists(path)) // a folder will do: packages are resources too
             return path;
     }
@@ -254,14 +269,16 @@ QStringList Bundle::resourcePaths(const QString &type) const
 {
     if (d->entry)
         return {};
-    const QDir folder(d->resources());
-    QStringList paths;
     const QString ending = u'.' + type;
-    for (const QString &name : folder.entryList(QDir::Files, QDir::Name)) {
-        if (name.endsWith(ending, Qt::CaseInsensitive) && name.size() > ending.size())
-            paths.append(folder.filePath(name));
+    QMap<QString, QString> pathsByName;
+    for (const QString &folder : d->resourceFolders()) {
+        for (const QString &name : QDir(folder).entryList(QDir::Files, QDir::Unsorted)) {
+            if (name.endsWith(ending, Qt::CaseInsensitive) && name.size() > ending.size() &&
+                !pathsByName.contains(name))
+                pathsByName.insert(name, folder + name);
+        }
     }
-    return paths;
+    return pathsByName.values();
 }
 
 bool Bundle::isDesktopEntry() const

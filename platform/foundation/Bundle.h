@@ -19,8 +19,9 @@ public:
     /// The bundle at a path; nothing when there is none, or only a damaged one.
     static std::optional<Bundle> open(const QString &path);
 
-    /// Any folder, as a bundle that says nothing of itself: what a program counts as part of that
-    /// lies in no bundle. Nothing when there is no such folder.
+    /// Any folder, as a bundle that says nothing of itself: one without a readable Info.plist, or
+    /// what a program counts as part of that lies in no bundle. Nothing when there is no such
+    /// folder.
     static std::optional<Bundle> ofPlainFolder(const QString &path);
 
     /// The absolute path, without a slash at the end.
@@ -49,7 +50,8 @@ public:
     /// The path of a resource, the user's languages first; empty when there is none.
     QString resourcePath(const QString &name, const QString &type) const;
 
-    /// The files of a type among the resources, sorted by name.
+    /// The files of a type among the resources, sorted by name: for each name the one that
+    /// resourcePath() finds. What there is only in other languages is left out.
     QStringList resourcePaths(const QString &type) const;
 
     bool isDesktopEntry() const;

@@ -232,6 +232,18 @@ TEST_F(Discovery, TakesTheFirstBundleThatIsThere)
     EXPECT_EQ(named(bundle()->path()), last);
 }
 
+TEST_F(Discovery, ListsTheCompositionsOfABundleThatSaysNothingOfItself)
+{
+    for (const QString &name :
+         {u"/flat.qtz"_s, u"/Resources/old.qtz"_s, u"/Contents/Resources/new.qtz"_s,
+          u"/Contents/Info.plist"_s, u"/Contents/Resources/English.lproj/more.qtz"_s}) {
+        add({bundleFolder + name});
+        const QString newest = name.endsWith(".plist"_L1) ? u"/Contents/Resources/new.qtz"_s : name;
+        EXPECT_EQ(groups().value(u"Bundled Quartz Composer Documents"_s).value(0),
+                  bundleFolder + newest);
+    }
+}
+
 // --- groups ------------------------------------------------------------------------------------
 
 TEST_F(Discovery, GroupsBySourceInTheOrderOfNames)

@@ -101,6 +101,27 @@ TEST(Bundle, LooksForResourcesInTheUsersLanguageFirst)
     EXPECT_EQ(about(u"fr_FR"_s), common);
 }
 
+TEST(Bundle, ListsEachResourceOnceInTheBestLanguage)
+{
+    const TemporaryHome home;
+    const QString path = home.path(u"/Pens.app"_s);
+    home.writeInfo(u"/Pens.app/Contents/Info.plist"_s, {{u"CFBundleDevelopmentRegion"_s, u"it"_s}});
+    for (const QString &name :
+         {u"ink.txt"_s, u"de.lproj/ink.txt"_s, u"de.lproj/blau.txt"_s, u"en.lproj/nib.txt"_s,
+          u"fr.lproj/nib.txt"_s, u"fr.lproj/bleu.txt"_s, u"it.lproj/penna.txt"_s})
+        home.write(u"/Pens.app/Contents/Resources/"_s + name, "x");
+    const auto list = [&](const QString &locale) {
+        const Language language(locale);
+        QStringList names;
+        for (const QString &resource : Bundle::open(path)->resourcePaths(u"txt"_s))
+            names.append(resource.mid((path + "/Contents/Resources/"_L1).size()));
+        return names.join(u' ');
+    };
+    EXPECT_EQ(list(u"de_AT"_s),
+              u"de.lproj/blau.txt de.lproj/ink.txt en.lproj/nib.txt it.lproj/penna.txt"_s);
+    EXPECT_EQ(list(u"fr_FR"_s), u"fr.lproj/bleu.txt ink.txt fr.lproj/nib.txt it.lproj/penna.txt"_s);
+}
+
 // --- names ------------------------------------------------------------------------------------
 
 struct NameRow
