@@ -1,10 +1,13 @@
 #include "effects/OutlineModel.h"
 
+#include "foundation/ForeignText.h"
 #include "foundation/PlainToolTip.h"
 
 namespace tarnwell::effects {
 
 namespace {
+
+constexpr qsizetype longestCell = 200;
 
 /// Compositions carry the row of their group, counted from one; groups carry nothing.
 constexpr quintptr groupId = 0;
@@ -117,20 +120,23 @@ QVariant OutlineModel::data(const QModelIndex &index, int role) const
     const QString &column = m_columns.at(index.column());
     if (Outline::shouldEditTableColumn(column))
         return switchData(item, role);
-    if (role == Qt::AccessibleTextRole)
-        return spokenRow(m_outline.objectValueForTableColumn(column, item, m_fileManager), item);
     if (role == Qt::ToolTipRole) {
         const QUrl *const composition = std::get_if<QUrl>(&item);
-        return composition ? foundation::plainToolTip(composition->toLocalFile()) : QVariant();
+        return composition ? foundation::plainToolTip(
+                                 foundation::shownText(composition->toLocalFile(), longestCell))
+                           : QVariant();
     }
-    return role == Qt::DisplayRole
-               ? m_outline.objectValueForTableColumn(column, item, m_fileManager)
-               : QVariant();
+    if (role != Qt::DisplayRole && role != Qt::AccessibleTextRole)
+        return {};
+    const QVariant title = m_outline.objectValueForTableColumn(column, item, m_fileManager);
+    if (title.isNull())
+        return {};
+    const QString name = foundation::shownText(title.toString(), longestCell);
+    return role == Qt::DisplayRole ? name : spokenRow(name, item);
 }
 
-QVariant OutlineModel::spokenRow(const QVariant &title, const OutlineItem &item) const
+QString OutlineModel::spokenRow(const QString &name, const OutlineItem &item) const
 {
-    const QString name = title.toString();
     switch (stateOf(item)) {
     case Qt::Checked:
         return tr("%1, on").arg(name);

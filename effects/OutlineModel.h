@@ -46,7 +46,7 @@ public:
 private:
     QVariant switchData(const OutlineItem &item, int role) const;
     /// What a screen reader says of a row, whose other cell it doesn't get to.
-    QVariant spokenRow(const QVariant &title, const OutlineItem &item) const;
+    QString spokenRow(const QString &name, const OutlineItem &item) const;
     Qt::CheckState stateOf(const OutlineItem &item) const;
 
     QStringList m_columns;

@@ -11,12 +11,14 @@
 #include "effects/OutlineView.h"
 #include "effects/QCView.h"
 #include "effects/SampleMenu.h"
+#include "foundation/ForeignText.h"
 #include "foundation/Logging.h"
 #include "ports/FileManager.h"
 #include "ports/Preferences.h"
 #include "ports/WindowServer.h"
 #include "ports/Workspace.h"
 #include "prefs/PreferenceKeys.h"
+#include "ui/ForeignLabel.h"
 #include "ui/InterfaceFile.h"
 
 #include <QAbstractButton>
@@ -33,6 +35,9 @@ namespace {
 
 /// The property of the place for instructions that keeps the one of its interface.
 constexpr const char *usualInstruction = "usualInstruction";
+
+constexpr qsizetype longestReason = 300;
+constexpr qsizetype mostLinesOfAReason = 6;
 
 } // namespace
 
@@ -81,7 +86,8 @@ void TarnwellPref::setUpEffects()
     urlField()->setFocusPolicy(Qt::NoFocus);
     preInstructionView()->setProperty(usualInstruction, preInstructionView()->text());
     connect(previewView(), &effects::QCView::failed, this, [this](const QString &reason) {
-        preInstructionView()->setText(reason);
+        ui::showInLabel(preInstructionView(),
+                        foundation::shownLines(reason, longestReason, mostLinesOfAReason));
         preInstructionView()->show();
     });
     showEffectSwitches();
@@ -275,16 +281,18 @@ void TarnwellPref::previewComposition(const QString &path)
 
 void TarnwellPref::showInformation(const effects::EffectInformation &information)
 {
-    qcName()->setText(information.name);
-    authorName()->setText(information.author);
+    ui::showInLabel(qcName(), information.name);
+    ui::showInLabel(authorName(), information.author);
+    ui::showInLabel(urlField(), information.linkText);
     const bool isLink = !information.link.isEmpty();
     urlField()->setFocusPolicy(isLink ? Qt::StrongFocus : Qt::NoFocus);
-    urlField()->setTextFormat(isLink ? Qt::RichText : Qt::PlainText);
-    urlField()->setText(isLink
-                            ? u"<a href=\"%1\">%2</a>"_s.arg(
-                                  QString::fromUtf8(information.link.toEncoded()).toHtmlEscaped(),
-                                  information.linkText.toHtmlEscaped())
-                            : information.linkText);
+    if (isLink) {
+        const QString address = QString::fromUtf8(information.link.toEncoded());
+        const QString host = urlField()->text();
+        urlField()->setTextFormat(Qt::RichText);
+        urlField()->setText(
+            u"<a href=\"%1\">%2</a>"_s.arg(address.toHtmlEscaped(), host.toHtmlEscaped()));
+    }
     // A tool tip would take tags for what they are, and break an address after every few words.
     constexpr qsizetype longestLine = 120;
     const QString &toolTip = information.linkToolTip;

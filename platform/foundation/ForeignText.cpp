@@ -1,6 +1,7 @@
 #include "foundation/ForeignText.h"
 
 #include <QChar>
+#include <QStringList>
 
 namespace tarnwell::foundation {
 
@@ -88,6 +89,14 @@ QString cutInTheMiddle(const QString &text, qsizetype maximumLength, const QStri
     return text.first(head) + between + text.last(tail);
 }
 
+/// The first characters of a text, never half a surrogate pair.
+QString beginning(const QString &text, qsizetype length)
+{
+    const bool endsInHalf =
+        length > 0 && length < text.size() && text.at(length - 1).isHighSurrogate();
+    return text.first(endsInHalf ? length - 1 : qMin(length, text.size()));
+}
+
 } // namespace
 
 QString shownText(const QString &text, qsizetype maximumLength)
@@ -98,6 +107,22 @@ QString shownText(const QString &text, qsizetype maximumLength)
                              : text;
     const QString marked = withMarks(ends, shownMark);
     return marked.size() > maximumLength ? cutInTheMiddle(marked, maximumLength, u"…"_s) : marked;
+}
+
+QString shownLines(const QString &text, qsizetype maximumLength, qsizetype maximumLines)
+{
+    QString shown = beginning(text, maximumLength + 1);
+    shown.replace("\r\n"_L1, "\n"_L1).replace(u'\t', u' ');
+    for (const char16_t lineBreak : {u'\r', u'\v', u'\f', u'\u0085', u'\u2028', u'\u2029'})
+        shown.replace(lineBreak, u'\n');
+    QStringList lines = shown.split(u'\n');
+    bool isCut = lines.size() > maximumLines || text.size() > maximumLength + 1;
+    lines.resize(qMin(lines.size(), maximumLines));
+    for (QString &line : lines)
+        line = withMarks(line, shownMark);
+    shown = lines.join(u'\n');
+    isCut = isCut || shown.size() > maximumLength;
+    return isCut ? beginning(shown, maximumLength - 1) + u'…' : shown;
 }
 
 QString loggedText(const QString &text, qsizetype maximumLength)

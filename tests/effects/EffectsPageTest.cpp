@@ -233,6 +233,30 @@ TEST_F(EffectsPage, PreviewsTheSelectedComposition)
     EXPECT_TRUE(pane->previewView()->isRendering()) << "a group leaves the preview alone";
 }
 
+TEST_F(EffectsPage, StaysAsLargeAsItIsWhateverACompositionIsCalled)
+{
+    addOwn(u"plain.qtz"_s);
+    const QStringList names{QString(100'000, u'W'), QString(300, u'\n') + u'x',
+                            QString(5000, u'\ufdfd'), u"fifo\u202egpj.exe"_s};
+    for (qsizetype i = 0; i < names.size(); ++i)
+        addOwn(u"%1.qtz"_s.arg(i), compositionFile({{u"name"_s, names[i]},
+                                                    {u"copyright"_s, names[i]},
+                                                    {u"description"_s, names[i]}}));
+    addOwn(u"two\nlines\u202e.qtz"_s);
+    showEffects();
+    const QSize usual = view->minimumSizeHint();
+    for (qsizetype i = 0; i < names.size(); ++i) {
+        SCOPED_TRACE(i);
+        select(u"%1.qtz"_s.arg(i));
+        QApplication::processEvents();
+        EXPECT_LE(view->minimumSizeHint().width(), usual.width());
+        EXPECT_LE(view->minimumSizeHint().height(), usual.height() + 400);
+    }
+    EXPECT_EQ(pane->urlField()->text(), u"fifo[U+202E]gpj.exe"_s);
+    EXPECT_EQ(cell(u"two␊lines[U+202E].qtz"_s, 0).data(Qt::AccessibleTextRole).toString(),
+              u"two␊lines[U+202E].qtz, on"_s);
+}
+
 TEST_F(EffectsPage, OpensTheLink)
 {
     const QString address = u"https://example.com/a?b=1&c=%22"_s;

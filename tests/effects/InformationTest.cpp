@@ -32,9 +32,11 @@ TEST(EffectInformation, LinksToWebAddressesAndShowsOtherTextsPlainly)
         {"blank within", u"http://example.com/a b"_s, u"http://example.com/a b"_s},
         {"another program", u"file://server/run.desktop"_s, u"file://server/run.desktop"_s},
         {"prose", u"See http://example.com for <more>, 1 < 2."_s,
-         u"See http://example.com for , 1 < 2."_s},
-        {"page", u"<img src=\"x\"/><h4>Title</h4><p>A &lt;b&gt; &amp;amp; more<br>end</p>"_s,
-         u"Title\nA <b> &amp; more\nend"_s},
+         u"See http://example.com for <more>, 1 < 2."_s},
+        {"page", u"<img src=\"x\"/><p>A &lt;b&gt;<br>end</p>"_s,
+         u"<img src=\"x\"/><p>A &lt;b&gt;<br>end</p>"_s},
+        {"lines", u"One,  two\r\n\n\tthree\u2028four\n"_s, u"One,  two\n\n three\nfour"_s},
+        {"turned around", u"\u202egnihton"_s, u"[U+202E]gnihton"_s},
     };
     for (const Row &row : rows) {
         SCOPED_TRACE(row.name);
@@ -56,10 +58,11 @@ TEST(EffectInformation, FitsIntoItsLabelsWhateverTheFileHolds)
         compositions::Composition composition;
         composition.name = composition.copyright = composition.description = much;
         const EffectInformation information = effectInformation(composition, {});
-        for (const QString &label : {information.name, information.author, information.linkText}) {
-            EXPECT_LE(label.size(), 240);
-            EXPECT_LE(label.count(u'\n'), 4);
-        }
+        EXPECT_LE(information.name.size(), 80);
+        EXPECT_LE(information.author.size(), 80);
+        EXPECT_FALSE((information.name + information.author).contains(u'\n'));
+        EXPECT_LE(information.linkText.size(), 240);
+        EXPECT_LE(information.linkText.count(u'\n'), 4);
         EXPECT_LE(information.linkToolTip.size(), 2000);
         EXPECT_TRUE(information.link.isEmpty());
     }

@@ -40,6 +40,11 @@ TEST(ForeignText, BoundsWhatIsLong)
     EXPECT_EQ(shownText(u"abcdefghijk"_s, 10), u"abcde…hijk"_s);
     EXPECT_EQ(shownText(u"😀😀😀😀"_s, 6), u"😀…😀"_s);
     EXPECT_EQ(shownText(QString(300, u'\n'), 5), u"␊␊…␊␊"_s);
+    EXPECT_EQ(shownLines(u"a\r\n\tb\u2028c\u202e"_s, 40, 3), u"a\n b\nc[U+202E]"_s);
+    EXPECT_EQ(shownLines(u"a\nb\nc\n"_s, 40, 2), u"a\nb…"_s);
+    EXPECT_EQ(shownLines(u"abcdefghijk"_s, 10, 2), u"abcdefghi…"_s);
+    EXPECT_EQ(shownLines(u"abcd"_s + QString(50, u'\x01'), 10, 2), u"abcd␁␁␁␁␁…"_s);
+    EXPECT_EQ(shownLines(u"😀😀😀"_s, 4, 2), u"😀…"_s);
     const QString logged = loggedText(QString(100'000, u'\u202e') + u'x', 100);
     EXPECT_LE(logged.size(), 100);
     EXPECT_TRUE(logged.endsWith(u'x'));
