@@ -135,17 +135,23 @@ void TarnwellPref::showEffectSwitches()
 void TarnwellPref::refreshEffects()
 {
     showEffectSwitches();
-    if (!m_seModel)
-        return;
     setQtzEnabledList({});
     setQtzDict({});
     reloadOutline();
 }
 
-void TarnwellPref::reloadOutline()
+effects::Outline TarnwellPref::knownOutline()
 {
     if (qtzDict().isEmpty())
         getQTZDict();
+    return effects::Outline({qtzDict(), qtzEnabledList()});
+}
+
+void TarnwellPref::reloadOutline()
+{
+    if (!m_seModel)
+        return;
+    const effects::Outline lists = knownOutline();
     if (!previewView()->composition())
         preInstructionView()->setText(
             tawlBundle()
@@ -164,7 +170,6 @@ void TarnwellPref::reloadOutline()
     const int scrolled = outline->verticalScrollBar()->value();
 
     // Rows that are still the same ones keep the selection and what is expanded by themselves.
-    const effects::Outline lists({qtzDict(), qtzEnabledList()});
     const bool isReset = lists.groups() != m_seModel->outline().groups();
     m_seModel->setOutline(lists);
     if (!isReset)
@@ -237,14 +242,49 @@ bool TarnwellPref::hideSillyEffects() const
     return !m_desktop.windowServer.canPlayCompositions();
 }
 
+int TarnwellPref::numberOfChildrenOfItem(const effects::OutlineItem &item)
+{
+    return knownOutline().numberOfChildrenOfItem(item);
+}
+
+bool TarnwellPref::isItemExpandable(const effects::OutlineItem &item) const
+{
+    return effects::Outline::isItemExpandable(item);
+}
+
+effects::OutlineItem TarnwellPref::child(int index, const effects::OutlineItem &ofItem)
+{
+    return knownOutline().childOfItem(index, ofItem);
+}
+
+QVariant TarnwellPref::objectValueForTableColumn(const QString &column,
+                                                 const effects::OutlineItem &byItem)
+{
+    return knownOutline().objectValueForTableColumn(column, byItem, m_desktop.fileManager);
+}
+
+bool TarnwellPref::shouldEditTableColumn(const QString &column, const effects::OutlineItem &) const
+{
+    return effects::Outline::shouldEditTableColumn(column);
+}
+
+effects::OutlineItem TarnwellPref::itemForPersistentObject(const effects::OutlineItem &object) const
+{
+    return effects::Outline::itemForPersistentObject(object);
+}
+
+effects::OutlineItem TarnwellPref::persistentObjectForItem(const effects::OutlineItem &item) const
+{
+    return effects::Outline::persistentObjectForItem(item);
+}
+
 void TarnwellPref::setObjectValue(const QVariant &value, const QString &forTableColumn,
                                   const effects::OutlineItem &byItem)
 {
     if (!effects::Outline::shouldEditTableColumn(forTableColumn))
         return;
-    const effects::Outline outline({qtzDict(), qtzEnabledList()});
-    effects::storeStatus(m_desktop.preferences, prefs::pluginDomain, outline.compositionsOf(byItem),
-                         value.toBool());
+    effects::storeStatus(m_desktop.preferences, prefs::pluginDomain,
+                         knownOutline().compositionsOf(byItem), value.toBool());
     setQtzEnabledList({});
     setQtzDict({});
     reloadOutline();
@@ -252,7 +292,7 @@ void TarnwellPref::setObjectValue(const QVariant &value, const QString &forTable
 
 void TarnwellPref::outlineViewSelectionDidChange(QTreeView *outline)
 {
-    if (m_isReloadingOutline)
+    if (!m_seModel || m_isReloadingOutline)
         return;
     const QModelIndexList rows = outline->selectionModel()->selectedRows();
     const effects::OutlineItem item =

@@ -249,6 +249,14 @@ public:
     void setIncludesBundledEffects(bool include);
     /// Whether this display cannot play compositions.
     bool hideSillyEffects() const;
+    // What the outline shows of an item. All look for compositions first if none are known.
+    int numberOfChildrenOfItem(const effects::OutlineItem &item);
+    bool isItemExpandable(const effects::OutlineItem &item) const;
+    effects::OutlineItem child(int index, const effects::OutlineItem &ofItem);
+    QVariant objectValueForTableColumn(const QString &column, const effects::OutlineItem &byItem);
+    bool shouldEditTableColumn(const QString &column, const effects::OutlineItem &item) const;
+    effects::OutlineItem itemForPersistentObject(const effects::OutlineItem &object) const;
+    effects::OutlineItem persistentObjectForItem(const effects::OutlineItem &item) const;
     /// Switches a composition or a whole group, and shows what results.
     void setObjectValue(const QVariant &value, const QString &forTableColumn,
                         const effects::OutlineItem &byItem);
@@ -352,7 +360,9 @@ private:
     void showEffectSwitches();
     /// Shows what others stored or installed meanwhile.
     void refreshEffects();
-    /// Shows the compositions that are known, after looking for them if none are.
+    /// The compositions that are known, after looking for them if none are.
+    effects::Outline knownOutline();
+    /// Shows them, once the outline has rows at all.
     void reloadOutline();
     void previewComposition(const QString &path);
     void showInformation(const effects::EffectInformation &information);

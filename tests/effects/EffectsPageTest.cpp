@@ -1,6 +1,7 @@
 #include "CompositionFiles.h"
 
 #include "desktop/CapturedLog.h"
+#include "effects/Outline.h"
 #include "effects/QCView.h"
 #include "support/PaneFixture.h"
 #include "support/TemporaryHome.h"
@@ -139,6 +140,30 @@ TEST_F(EffectsPage, NothingIsLookedForBeforeThePageShows)
     EXPECT_GT(windowServer.control().questions, 0);
     EXPECT_EQ(stored(statusKey).toDictionary().size(), 1) << "a screen saver is noted down as off";
     EXPECT_EQ(state(u"s.qtz"_s), int(Qt::Unchecked));
+}
+
+TEST_F(EffectsPage, AnswersForTheOutlineBeforeThePageShows)
+{
+    const QString group = u"Application Support"_s;
+    const QUrl a = QUrl::fromLocalFile(addOwn(u"a.qtz"_s));
+    const QUrl b = QUrl::fromLocalFile(addOwn(u"b.qtz"_s));
+    openPane();
+    const auto check = QString(effects::enableColumn);
+    pane->setObjectValue(false, check, group);
+    EXPECT_EQ(stored(statusKey),
+              plist::Value(plist::Dictionary{{a.toLocalFile(), false}, {b.toLocalFile(), false}}));
+    pane->setObjectValue(true, check, b);
+    pane->outlineViewSelectionDidChange(pane->seView());
+    EXPECT_EQ(pane->numberOfChildrenOfItem({}), 1);
+    EXPECT_EQ(pane->child(0, {}), effects::OutlineItem(group));
+    EXPECT_EQ(pane->child(1, group), effects::OutlineItem(b));
+    EXPECT_EQ(pane->objectValueForTableColumn(check, group), -1);
+    EXPECT_EQ(pane->objectValueForTableColumn(check, a), 0);
+    EXPECT_EQ(pane->objectValueForTableColumn(u"com.varnit.tawl.title"_s, b), u"b.qtz"_s);
+    EXPECT_TRUE(pane->isItemExpandable(group) && !pane->isItemExpandable(a));
+    EXPECT_TRUE(pane->shouldEditTableColumn(check, a));
+    EXPECT_EQ(pane->itemForPersistentObject(pane->persistentObjectForItem(a)),
+              effects::OutlineItem(a));
 }
 
 TEST_F(EffectsPage, ADisplayThatCannotPlayHidesTheControls)
