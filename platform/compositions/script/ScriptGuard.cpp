@@ -19,7 +19,8 @@ constexpr double mostSteps = 3e8;
 // Functions of the language that do unbounded work in one step, where no interruption reaches: they
 // get bounds before any script runs. Whatever a script could replace is kept in variables, and what
 // is looked at is looked at once: an object may turn into another text each time it is asked.
-// Buffers of raw memory, and objects that pretend to be others, have no use in a composition.
+// Buffers of raw memory, and objects that pretend to be others, have no use in a composition. The
+// engine crashes when it collects weak collections of some thousand members.
 constexpr auto boundaries = R"js(
 (function (world, guard) {
     'use strict';
@@ -31,7 +32,7 @@ constexpr auto boundaries = R"js(
     var source = descriptorOf(RegExp.prototype, 'source').get;
     ['ArrayBuffer', 'SharedArrayBuffer', 'Atomics', 'DataView', 'Int8Array', 'Uint8Array',
      'Uint8ClampedArray', 'Int16Array', 'Uint16Array', 'Int32Array', 'Uint32Array', 'Float32Array',
-     'Float64Array', 'Proxy'].forEach(function (name) { delete world[name]; });
+     'Float64Array', 'Proxy', 'WeakMap', 'WeakSet'].forEach(function (name) { delete world[name]; });
 
     function check(isAllowed, name) {
         if (!isAllowed) {
