@@ -12,6 +12,8 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
+
 namespace tarnwell::compositions::test {
 namespace {
 
@@ -87,6 +89,7 @@ TEST_F(Tool, ExplainsItsUsage)
                                          {file, u"--set"_s, u"Ground={"_s},
                                          {file, u"--set"_s, u"Nothing=1"_s},
                                          {file, u"--frames"_s, u"-1"_s},
+                                         {file, u"--deadline"_s, u"0"_s},
                                          {file, file},
                                          {file, u"--what"_s}}) {
         EXPECT_EQ(play(arguments).status, 2) << arguments.join(u' ').toStdString();
@@ -108,6 +111,58 @@ TEST_F(Tool, DrawsAPicture)
     EXPECT_EQ(image.size(), QSize(40, 30));
     EXPECT_EQ(image.pixelColor(20, 15), QColor(255, 128, 0));
 }
+
+TEST_F(Tool, SaysWhatBecameOfAPlayerThatDied)
+{
+    const struct
+    {
+        int signal;
+        QString deadline;
+        QByteArray sentence;
+    } rows[] = {{SIGKILL, u"60"_s, "Ground.qtz brought the player down: Killed"},
+                {SIGSTOP, u"0.2"_s, "Ground.qtz was ended because one frame took more than 0.2 s"}};
+    for (const auto &row : rows) {
+        QProcess process;
+        process.start(QString::fromUtf8(PLAYER),
+                      {composition(), u"--info"_s, u"--size"_s, u"8x8"_s, u"--deadline"_s,
+                       row.deadline, u"--frames"_s, u"2000000000"_s});
+        ASSERT_TRUE(process.waitForReadyRead(60'000))
+            << process.readAllStandardError().toStdString();
+        QFile children(u"/proc/%1/task/%1/children"_s.arg(process.processId()));
+        ASSERT_TRUE(children.open(QIODevice::ReadOnly));
+        const pid_t child = children.readAll().trimmed().toInt();
+        if (child > 0) {
+            ::kill(child, row.signal);
+        }
+        ASSERT_TRUE(process.waitForFinished(60'000));
+        const QByteArray errors = process.readAllStandardError();
+        EXPECT_EQ(process.exitCode(), 3);
+        if (errors.contains("OpenGL")) {
+            GTEST_SKIP() << "there is no OpenGL here";
+        }
+        EXPECT_TRUE(errors.contains(row.sentence)) << errors.toStdString();
+    }
+}
+
+#if !defined(__SANITIZE_ADDRESS__)
+TEST_F(Tool, EndsACompositionThatWantsTooMuchMemory)
+{
+    MacroBuilder root;
+    root.node(u"QCJavaScript"_s, u"Script"_s, {},
+              {{u"newMode"_s, 1},
+               {u"script"_s, u"function (__color c) main ()\n"
+                             "{ return { c: 'a'.repeat(1e6).replace(/a/g, '$`$`$`') }; }"_s}});
+    root.node(u"QCClear"_s, u"C"_s).connect(u"Script.c"_s, u"C.inputColor"_s);
+    const QString file = write(u"Greedy.qtz"_s, plist::write(root.file(), plist::Format::Binary));
+    const Outcome outcome = play({file, u"--size"_s, u"8x8"_s, u"--frames"_s, u"1"_s});
+    EXPECT_EQ(outcome.status, 3);
+    if (outcome.errors.contains("OpenGL")) {
+        GTEST_SKIP() << "there is no OpenGL here";
+    }
+    EXPECT_TRUE(outcome.errors.contains("Greedy.qtz was ended because it wanted more than 512 MiB"))
+        << outcome.errors.toStdString();
+}
+#endif
 
 } // namespace
 } // namespace tarnwell::compositions::test

@@ -15,6 +15,7 @@ using namespace Qt::StringLiterals;
 const char *const usage =
     "usage: tarnwell-composition FILE [--info] [--time SECONDS] [--size WIDTHxHEIGHT]\n"
     "                            [--set KEY=JSON]... [--png FILE] [--frames COUNT]\n"
+    "                            [--deadline SECONDS]\n"
     "\n"
     "  --info    print what the composition is made of, in JSON\n"
     "  --time    the moment to show, in seconds from the start (default 0)\n"
@@ -22,8 +23,11 @@ const char *const usage =
     "  --set     give a published input a value, for example --set Text='\"hello\"'\n"
     "  --png     draw one frame into a file\n"
     "  --frames  draw so many frames and print how fast that was\n"
+    "  --deadline  how long one frame may take (default 20)\n"
     "\n"
-    "exit status: 0 drawn, 1 not a composition, 2 usage\n";
+    "exit status: 0 drawn, 1 not a composition, 2 usage, 3 not drawn: there is no OpenGL, the\n"
+    "picture cannot be written, or the composition took too much time or memory or brought the\n"
+    "player down\n";
 
 namespace {
 
@@ -64,6 +68,10 @@ bool takeOption(const QString &option, const QString &value, CommandLine &line)
         line.time = value.toDouble(&isNumber);
         return isNumber && std::isfinite(line.time) && line.time >= 0.0;
     }
+    if (option == "--deadline"_L1) {
+        line.deadline = value.toDouble(&isNumber);
+        return isNumber && std::isfinite(*line.deadline) && *line.deadline > 0.0;
+    }
     if (option == "--frames"_L1) {
         line.frames = value.toInt(&isNumber);
         return isNumber && line.frames > 0;
@@ -88,7 +96,8 @@ bool takeOption(const QString &option, const QString &value, CommandLine &line)
 
 std::optional<CommandLine> parseCommandLine(const QStringList &arguments, QString *error)
 {
-    const QStringList valued{u"--time"_s, u"--frames"_s, u"--size"_s, u"--png"_s, u"--set"_s};
+    const QStringList valued{u"--time"_s, u"--frames"_s, u"--size"_s,
+                             u"--png"_s,  u"--set"_s,    u"--deadline"_s};
     const auto fail = [error](const QString &reason) {
         *error = reason;
         return std::nullopt;

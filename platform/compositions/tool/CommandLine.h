@@ -19,8 +19,9 @@ struct CommandLine
     double time = 0.0;
     QSize size{640, 480};
     std::vector<std::pair<QString, Value>> inputs;
-    QString picture; ///< the file to write; empty for none
-    int frames = 0;  ///< to measure; 0 for none
+    QString picture;                ///< the file to write; empty for none
+    int frames = 0;                 ///< to measure; 0 for none
+    std::optional<double> deadline; ///< of one frame, in seconds
 };
 
 extern const char *const usage;

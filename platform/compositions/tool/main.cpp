@@ -2,6 +2,7 @@
 #include "compositions/opengl/OffscreenDestination.h"
 #include "compositions/reader/CompositionReader.h"
 #include "compositions/tool/CommandLine.h"
+#include "compositions/tool/Supervision.h"
 #include "foundation/BoundedFile.h"
 
 #include <QDateTime>
@@ -15,6 +16,7 @@
 namespace {
 
 using namespace tarnwell::compositions;
+namespace foundation = tarnwell::foundation;
 
 enum ExitStatus { Drawn = 0, NoComposition = 1, Usage = 2, CannotDraw = 3 };
 
@@ -37,7 +39,8 @@ double systemTime()
 }
 
 /// Draws frame after frame, a sixtieth of a second apart.
-void measure(Evaluator &evaluator, OffscreenDestination &destination, const CommandLine &line)
+void measure(Evaluator &evaluator, OffscreenDestination &destination, const CommandLine &line,
+             const Progress &progress)
 {
     qint64 evaluating = 0;
     QElapsedTimer whole;
@@ -50,6 +53,7 @@ void measure(Evaluator &evaluator, OffscreenDestination &destination, const Comm
                                                 .pixels = line.size});
         evaluating += timer.nsecsElapsed();
         destination.draw(frame);
+        progress.frameIsDone();
     }
     const double seconds = double(whole.nsecsElapsed()) / 1e9;
     std::printf("%d frames in %.3f s: %.1f a second, %.3f ms each, %.3f ms of it evaluation\n",
@@ -59,7 +63,8 @@ void measure(Evaluator &evaluator, OffscreenDestination &destination, const Comm
 
 /// What remembers needs a past: the moments before the one to show are played quickly, the last
 /// few seconds at least. Pictures that stay may have been drawn in any of them.
-void playUpTo(Evaluator &evaluator, OffscreenDestination &destination, const CommandLine &line)
+void playUpTo(Evaluator &evaluator, OffscreenDestination &destination, const CommandLine &line,
+              const Progress &progress)
 {
     constexpr double longestPast = 5.0;
     constexpr double step = 1.0 / 30.0;
@@ -71,6 +76,7 @@ void playUpTo(Evaluator &evaluator, OffscreenDestination &destination, const Com
         if (frame.targets.size() > 1 || time == line.time) {
             destination.draw(frame);
         }
+        progress.frameIsDone();
     };
     if (line.time > 0.0) {
         play(0.0);
@@ -81,27 +87,28 @@ void playUpTo(Evaluator &evaluator, OffscreenDestination &destination, const Com
     play(line.time);
 }
 
-ExitStatus draw(Evaluator &evaluator, const CommandLine &line)
+ExitStatus draw(Evaluator &evaluator, const CommandLine &line, const Progress &progress)
 {
     QString error;
     const auto destination = OffscreenDestination::create(line.size, &error);
     if (!destination) {
         return fail(CannotDraw, error);
     }
-    playUpTo(evaluator, *destination, line);
+    limitMemory(Allowance().bytes);
+    playUpTo(evaluator, *destination, line, progress);
     if (!line.picture.isEmpty() && !destination->picture().save(line.picture, "PNG")) {
         return fail(CannotDraw, QStringLiteral("%1 cannot be written").arg(line.picture));
     }
     if (line.frames > 0) {
-        measure(evaluator, *destination, line);
+        measure(evaluator, *destination, line, progress);
     }
     return Drawn;
 }
 
-ExitStatus run(const CommandLine &line)
+ExitStatus run(const CommandLine &line, const Progress &progress)
 {
-    tarnwell::foundation::FileReadError fileError;
-    const auto bytes = tarnwell::foundation::readBoundedFile(line.file, largestFile, &fileError);
+    foundation::FileReadError fileError;
+    const auto bytes = foundation::readBoundedFile(line.file, largestFile, &fileError);
     if (!bytes) {
         return fail(NoComposition,
                     QStringLiteral("%1: %2").arg(line.file, fileError.inWords(largestFile)));
@@ -122,11 +129,27 @@ ExitStatus run(const CommandLine &line)
     }
     if (line.showsInfo) {
         std::fputs(QJsonDocument(describe(evaluator)).toJson().constData(), stdout);
+        std::fflush(stdout);
         if (line.picture.isEmpty() && line.frames == 0) {
             return Drawn;
         }
     }
-    return draw(evaluator, line);
+    return draw(evaluator, line, progress);
+}
+
+ExitStatus runWithApplication(int argc, char **argv, const CommandLine &line,
+                              const Progress &progress)
+{
+    if (line.showsInfo && line.picture.isEmpty() && line.frames == 0) {
+        const QCoreApplication application(argc, argv);
+        return run(line, progress);
+    }
+    // No window is ever shown: fonts are all that is wanted of a display, and they need none.
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    const QGuiApplication application(argc, argv);
+    return run(line, progress);
 }
 
 } // namespace
@@ -143,14 +166,9 @@ int main(int argc, char **argv)
         std::fprintf(stderr, "tarnwell-composition: %s\n%s", qPrintable(error), usage);
         return Usage;
     }
-    if (line->showsInfo && line->picture.isEmpty() && line->frames == 0) {
-        const QCoreApplication application(argc, argv);
-        return run(*line);
-    }
-    // No window is ever shown: fonts are all that is wanted of a display, and they need none.
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    }
-    const QGuiApplication application(argc, argv);
-    return run(*line);
+    Allowance allowance;
+    allowance.secondsOfAFrame = line->deadline.value_or(allowance.secondsOfAFrame);
+    return runSupervised(line->file, allowance, CannotDraw, [&](const Progress &progress) {
+        return runWithApplication(argc, argv, *line, progress);
+    });
 }
