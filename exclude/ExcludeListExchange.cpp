@@ -1,6 +1,7 @@
 #include "exclude/ExcludeListExchange.h"
 
 #include "exclude/ExcludeRecord.h"
+#include "foundation/ForeignText.h"
 #include "foundation/plist/PropertyList.h"
 #include "ports/Preferences.h"
 #include "prefs/PreferenceKeys.h"
@@ -25,6 +26,7 @@ constexpr auto listKey = "ExcludeList"_L1;
 
 /// So many names are told one by one; more would fill the screen.
 constexpr qsizetype mostNames = 12;
+constexpr qsizetype longestName = 30;
 
 QString translated(const char *text)
 {
@@ -95,10 +97,13 @@ plist::Dictionary cleaned(const plist::Dictionary &dictionary)
 
 QString listed(const QStringList &names)
 {
+    QStringList shown;
+    for (const QString &name : names.first(std::min(names.size(), mostNames)))
+        shown.append(foundation::shownText(name, longestName));
     if (names.size() <= mostNames)
-        return names.join(", "_L1);
+        return shown.join(", "_L1);
     return translated("%1 and %2 more")
-        .arg(names.first(mostNames).join(", "_L1), QString::number(names.size() - mostNames));
+        .arg(shown.join(", "_L1), QString::number(names.size() - mostNames));
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "exclude/ExcludeRows.h"
 
 #include "exclude/ExcludeRecord.h"
+#include "foundation/ForeignText.h"
 #include "ports/FileManager.h"
 #include "prefs/RecordSorting.h"
 
@@ -8,6 +9,18 @@
 #include <vector>
 
 namespace tarnwell::exclude {
+
+namespace {
+
+foundation::StyledString cell(const QString &name, const QString &comment)
+{
+    foundation::StyledString text(name);
+    text.append(QStringLiteral("\n"));
+    text.append(comment, {foundation::FontStyle::SmallSystem, foundation::TextColor::Gray});
+    return text;
+}
+
+} // namespace
 
 plist::Array excludeRows(const plist::Array &stored, bool hidePredefined,
                          const ports::FileManager &fileManager)
@@ -46,11 +59,15 @@ QString excludeName(const plist::Dictionary &dictionary, const ports::FileManage
 foundation::StyledString excludeCellValue(const plist::Dictionary &dictionary,
                                           const ports::FileManager &fileManager)
 {
-    foundation::StyledString text(excludeName(dictionary, fileManager));
-    text.append(QStringLiteral("\n"));
-    text.append(dictionary.value(record::comment).toString(),
-                {foundation::FontStyle::SmallSystem, foundation::TextColor::Gray});
-    return text;
+    return cell(excludeName(dictionary, fileManager), dictionary.value(record::comment).toString());
+}
+
+foundation::StyledString shownExcludeCell(const plist::Dictionary &dictionary,
+                                          const ports::FileManager &fileManager)
+{
+    constexpr qsizetype longestLine = 200;
+    return cell(foundation::shownText(excludeName(dictionary, fileManager), longestLine),
+                foundation::shownText(dictionary.value(record::comment).toString(), longestLine));
 }
 
 } // namespace tarnwell::exclude

@@ -21,4 +21,8 @@ QString excludeName(const plist::Dictionary &record, const ports::FileManager &f
 foundation::StyledString excludeCellValue(const plist::Dictionary &record,
                                           const ports::FileManager &fileManager);
 
+/// The same, fit to be shown: others wrote it.
+foundation::StyledString shownExcludeCell(const plist::Dictionary &record,
+                                          const ports::FileManager &fileManager);
+
 } // namespace tarnwell::exclude

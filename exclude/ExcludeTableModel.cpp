@@ -2,6 +2,7 @@
 
 #include "exclude/ExcludeRecord.h"
 #include "exclude/ExcludeRows.h"
+#include "foundation/ForeignText.h"
 #include "foundation/PlainToolTip.h"
 #include "ports/Workspace.h"
 
@@ -10,6 +11,12 @@
 using namespace Qt::StringLiterals;
 
 namespace tarnwell::exclude {
+
+namespace {
+
+constexpr qsizetype longestToolTip = 200;
+
+} // namespace
 
 ExcludeTableModel::ExcludeTableModel(const QStringList &columnIdentifiers,
                                      const QStringList &headings,
@@ -69,12 +76,13 @@ QVariant ExcludeTableModel::textData(const plist::Dictionary &dictionary, int ro
 {
     switch (role) {
     case StyledStringRole:
-        return QVariant::fromValue(excludeCellValue(dictionary, m_fileManager));
+        return QVariant::fromValue(shownExcludeCell(dictionary, m_fileManager));
     case Qt::DisplayRole:
     case Qt::AccessibleTextRole:
-        return excludeCellValue(dictionary, m_fileManager).text().trimmed();
+        return shownExcludeCell(dictionary, m_fileManager).text().trimmed();
     case Qt::ToolTipRole:
-        return foundation::plainToolTip(dictionary.value(record::path).toString());
+        return foundation::plainToolTip(
+            foundation::shownText(dictionary.value(record::path).toString(), longestToolTip));
     default:
         return {};
     }

@@ -4,6 +4,7 @@
 
 #include "exclude/ExcludeListExchange.h"
 #include "exclude/ExcludeStore.h"
+#include "foundation/ForeignText.h"
 #include "ports/FileStore.h"
 #include "ports/OpenPanel.h"
 #include "ports/Sheets.h"
@@ -18,6 +19,7 @@ namespace tarnwell::pane {
 namespace {
 
 constexpr qint64 importSizeLimit = 16LL * 1024 * 1024;
+constexpr qsizetype longestReason = 300;
 
 } // namespace
 
@@ -36,13 +38,15 @@ void TarnwellPref::doExportExcludeList(QObject *)
                 showMessage(localized("The Exclude List Was Not Exported"),
                             localized("No application of yours is on it any more. Nothing was "
                                       "written to \"%1\".")
-                                .arg(path));
+                                .arg(foundation::shownText(path)));
                 return;
             }
             QString error;
             if (!m_desktop.fileStore.writeFile(path, bytes, &error))
                 showMessage(localized("The Exclude List Was Not Exported"),
-                            localized("\"%1\" cannot be written: %2").arg(path, error));
+                            localized("\"%1\" cannot be written: %2")
+                                .arg(foundation::shownText(path),
+                                     foundation::shownText(error, longestReason)));
         });
 }
 
@@ -64,8 +68,10 @@ void TarnwellPref::askToImportExcludeList(const QString &path)
     if (const auto bytes = m_desktop.fileStore.readFile(path, importSizeLimit, &error))
         imported = exclude::readExportedList(*bytes, &error);
     if (!imported) {
-        showMessage(localized("Nothing Was Imported"),
-                    localized("\"%1\" cannot be imported. %2").arg(path, error));
+        showMessage(
+            localized("Nothing Was Imported"),
+            localized("\"%1\" cannot be imported. %2")
+                .arg(foundation::shownText(path), foundation::shownText(error, longestReason)));
         return;
     }
     const auto stored = exclude::CopyExcludeList(m_desktop.preferences, prefs::pluginDomain);

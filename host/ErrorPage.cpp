@@ -1,6 +1,8 @@
 #include "host/ErrorPage.h"
 
+#include "foundation/ForeignText.h"
 #include "host/PaneLoader.h"
+#include "ui/ForeignLabel.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -15,6 +17,13 @@ namespace tarnwell::host {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+constexpr qsizetype longestMessage = 600;
+constexpr qsizetype mostLinesOfAMessage = 6;
+
+} // namespace
+
 ErrorPage::ErrorPage(const QString &title, const PaneFailure &failure, QWidget *parent)
     : QWidget(parent)
     , m_text(u"%1\n\n%2\n\n%3"_s.arg(title, failure.message, failure.details))
@@ -27,19 +36,21 @@ ErrorPage::ErrorPage(const QString &title, const PaneFailure &failure, QWidget *
                         ->standardIcon(QStyle::SP_MessageBoxWarning, nullptr, this)
                         .pixmap(QSize(iconSize, iconSize), devicePixelRatioF()));
 
-    auto *titleLabel = new QLabel(title);
+    auto *titleLabel = new QLabel;
     titleLabel->setObjectName("errorTitle"_L1);
-    titleLabel->setTextFormat(Qt::PlainText);
     titleLabel->setWordWrap(true);
     QFont titleFont = font();
     titleFont.setBold(true);
     titleFont.setPointSizeF(titleFont.pointSizeF() * 1.3);
     titleLabel->setFont(titleFont);
+    ui::showInLabel(titleLabel, title);
 
-    auto *message = new QLabel(failure.message);
+    const QString shownMessage =
+        foundation::shownLines(failure.message, longestMessage, mostLinesOfAMessage);
+    auto *message = new QLabel;
     message->setObjectName("errorMessage"_L1);
-    message->setTextFormat(Qt::PlainText);
     message->setWordWrap(true);
+    ui::showInLabel(message, shownMessage);
     message->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
 
     auto *detailsLabel = new QLabel(u"&Details:"_s);
@@ -78,7 +89,7 @@ ErrorPage::ErrorPage(const QString &title, const PaneFailure &failure, QWidget *
     layout->addLayout(buttons);
 
     setAccessibleName(title);
-    setAccessibleDescription(failure.message);
+    setAccessibleDescription(shownMessage);
     setFocusProxy(copy);
 }
 

@@ -1,5 +1,6 @@
 #include "host/PaneWindow.h"
 
+#include "foundation/ForeignText.h"
 #include "host/ErrorPage.h"
 
 #include <QCloseEvent>
@@ -51,7 +52,7 @@ void PaneWindow::setPane(std::variant<LoadedPane, PaneFailure> pane)
         return;
     }
     auto &loaded = std::get<LoadedPane>(pane);
-    m_paneName = loaded.name;
+    m_paneName = foundation::shownText(loaded.name);
     m_pane = std::move(loaded.pane);
     m_view = loaded.view.release();
     layout()->addWidget(m_view);

@@ -286,6 +286,7 @@ private:
     void addOutlets(ui::InterfaceOwner &owner);
     void addActions(ui::InterfaceOwner &owner);
     void loadTranslation();
+    /// The texts in the places of a format, each as one line that is fit to be shown.
     static QString withTexts(const QString &format, const QStringList &texts);
     static QString countInWords(const shortcuts::ShortcutCount &count);
     void showMessage(const QString &title, const QString &message);

@@ -2,6 +2,7 @@
 
 #include "pane/TarnwellPref.h"
 
+#include "foundation/ForeignText.h"
 #include "hotkey/LiWindow.h"
 #include "pane/AboutScroller.h"
 #include "ports/Applications.h"
@@ -13,6 +14,7 @@
 #include "prefs/ApplicationSettings.h"
 #include "prefs/PreferenceKeys.h"
 #include "ui/Announcement.h"
+#include "ui/ForeignLabel.h"
 #include "ui/RichTextView.h"
 
 #include <QCheckBox>
@@ -177,7 +179,7 @@ void TarnwellPref::doMLAction(QObject *) {}
 void TarnwellPref::showStatus(const QString &text)
 {
     statusLine()->setVisible(!text.isEmpty());
-    statusLine()->setText(text);
+    ui::showInLabel(statusLine(), text);
     if (!text.isEmpty())
         ui::announce(statusLine());
 }
@@ -197,7 +199,7 @@ QString TarnwellPref::withTexts(const QString &format, const QStringList &texts)
     const QStringList parts = format.split("%@"_L1);
     QString whole = parts.first();
     for (qsizetype i = 1; i < parts.size(); ++i)
-        whole += texts.value(i - 1) + parts.at(i);
+        whole += foundation::shownText(texts.value(i - 1)) + parts.at(i);
     return whole;
 }
 

@@ -10,6 +10,7 @@
 #include "prefs/PreferenceKeys.h"
 #include "prefs/StoreRetry.h"
 #include "ui/Announcement.h"
+#include "ui/ForeignLabel.h"
 
 #include <QLabel>
 #include <QPointer>
@@ -50,7 +51,7 @@ void TarnwellPref::showStoreState(const ports::Preferences::StoreState &state,
 {
     QStringList lines;
     if (!state.problem.isEmpty())
-        lines += problemFormat.arg(state.problem);
+        lines += problemFormat.arg(foundation::shownText(state.problem, longestShownPath));
     if (state.isOvertaken)
         lines += localized("A change of yours could not be stored in time: another program has "
                            "changed the same setting. This window shows what is stored.");
@@ -59,7 +60,7 @@ void TarnwellPref::showStoreState(const ports::Preferences::StoreState &state,
                            "ones were begun.")
                      .arg(foundation::shownText(state.setAside, longestShownPath));
     storeAgainButton()->setVisible(!state.problem.isEmpty());
-    storeProblem()->setText(lines.join(u'\n'));
+    ui::showInLabel(storeProblem(), lines.join(u'\n'));
     storeProblemBox()->setVisible(!lines.isEmpty());
     if (!lines.isEmpty())
         ui::announce(storeProblem());
@@ -92,9 +93,10 @@ void TarnwellPref::askToDropChanges(const std::function<void(bool)> &reply)
     ports::Alert alert;
     alert.style = ports::AlertStyle::Critical;
     alert.title = localized("Your Changes Are Not Stored");
-    alert.message = localized("Changes that you made in this window could not be stored: %1\n"
-                              "If you close it without storing them, they are lost.")
-                        .arg(m_storeRetry->state().problem);
+    alert.message =
+        localized("Changes that you made in this window could not be stored: %1\n"
+                  "If you close it without storing them, they are lost.")
+            .arg(foundation::shownText(m_storeRetry->state().problem, longestShownPath));
     alert.defaultButton = localized("Try Again");
     alert.alternateButton = localized("Keep Open");
     alert.otherButton = localized("Close Without Storing");

@@ -1,5 +1,6 @@
 #include "shortcuts/ShortcutTableModel.h"
 
+#include "foundation/ForeignText.h"
 #include "foundation/PlainToolTip.h"
 #include "shortcuts/ShortcutCells.h"
 #include "shortcuts/SpokenKeys.h"
@@ -8,6 +9,21 @@
 #include <numeric>
 
 namespace tarnwell::shortcuts {
+
+namespace {
+
+constexpr qsizetype longestCell = 200;
+
+/// A cell as it is fit to be shown: its texts come from other applications.
+foundation::StyledString shownCell(const foundation::StyledString &cell)
+{
+    foundation::StyledString shown;
+    for (const auto &run : cell.runs())
+        shown.append(foundation::shownText(run.text, longestCell), run.attributes);
+    return shown;
+}
+
+} // namespace
 
 ShortcutTableModel::ShortcutTableModel(const QStringList &columnIdentifiers,
                                        const QStringList &headings, QObject *parent)
@@ -101,23 +117,24 @@ QVariant ShortcutTableModel::data(const QModelIndex &index, int role) const
     if (!wanted)
         return {};
     const int column = m_columns.at(index.column());
-    const std::optional<foundation::StyledString> cell =
+    const std::optional<foundation::StyledString> value =
         shortcutCellValue(shownRow(index.row()), column);
-    if (!cell)
+    if (!value)
         return {};
+    const foundation::StyledString cell = shownCell(*value);
     if (role == StyledStringRole)
-        return QVariant::fromValue(*cell);
+        return QVariant::fromValue(cell);
     const bool isShortcut = column == static_cast<int>(ShortcutColumn::NewShortcut) ||
                             column == static_cast<int>(ShortcutColumn::OriginalShortcut);
     if (isShortcut && role == Qt::AccessibleTextRole)
-        return spokenShortcut(cell->text());
+        return spokenShortcut(cell.text());
     if (role == Qt::ToolTipRole)
-        return isShortcut ? QVariant() : foundation::plainToolTip(cell->text());
+        return isShortcut ? QVariant() : foundation::plainToolTip(cell.text());
     if (role == Qt::AccessibleTextRole && column == static_cast<int>(ShortcutColumn::MenuItem)) {
         const QString path = spokenMenuPath(shownRow(index.row()).item);
-        return path.isEmpty() ? cell->text() : path;
+        return path.isEmpty() ? cell.text() : foundation::shownText(path, longestCell);
     }
-    return cell->text();
+    return cell.text();
 }
 
 QVariant ShortcutTableModel::headerData(int section, Qt::Orientation orientation, int role) const

@@ -2,6 +2,7 @@
 
 #include "pane/TarnwellPref.h"
 
+#include "foundation/ForeignText.h"
 #include "ports/Clock.h"
 #include "ports/FileStore.h"
 #include "ports/OpenPanel.h"
@@ -26,6 +27,7 @@ namespace tarnwell::pane {
 namespace {
 
 constexpr qint64 importSizeLimit = 64'000'000;
+constexpr qsizetype longestReason = 300;
 
 enum class Precision { Minutes, Seconds };
 
@@ -94,7 +96,8 @@ void TarnwellPref::askToBringBack(const QString &backup)
     const auto archive = shortcutBackups().read(backup, &error);
     if (!archive) {
         showMessage(localized("Nothing Was Changed"),
-                    localized("These shortcuts cannot be read: %1").arg(error));
+                    localized("These shortcuts cannot be read: %1")
+                        .arg(foundation::shownText(error, longestReason)));
         return;
     }
     ports::Alert alert;
@@ -143,7 +146,9 @@ void TarnwellPref::doExportShortcuts(QObject *)
             QString error;
             if (!m_desktop.fileStore.writeFile(path, bytes, &error))
                 showMessage(localized("The Shortcuts Were Not Exported"),
-                            localized("\"%1\" cannot be written: %2").arg(path, error));
+                            localized("\"%1\" cannot be written: %2")
+                                .arg(foundation::shownText(path),
+                                     foundation::shownText(error, longestReason)));
         });
 }
 
@@ -171,8 +176,10 @@ void TarnwellPref::askToImport(const QString &path)
         error = review.damage;
     }
     if (!archive || !error.isEmpty()) {
-        showMessage(localized("Nothing Was Imported"),
-                    localized("\"%1\" cannot be imported. %2").arg(path, error));
+        showMessage(
+            localized("Nothing Was Imported"),
+            localized("\"%1\" cannot be imported. %2")
+                .arg(foundation::shownText(path), foundation::shownText(error, longestReason)));
         return;
     }
 
@@ -183,7 +190,8 @@ void TarnwellPref::askToImport(const QString &path)
         shortcuts::importShortcuts(stored.value_or(plist::Dictionary()), archive->shortcuts);
     if (import.added + import.replaced == 0) {
         showMessage(localized("Nothing to Import"),
-                    localized("You have every complete shortcut of \"%1\" already.").arg(path));
+                    localized("You have every complete shortcut of \"%1\" already.")
+                        .arg(foundation::shownText(path)));
         return;
     }
     ports::Alert alert;
@@ -197,7 +205,8 @@ void TarnwellPref::askToImport(const QString &path)
     if (review.incomplete > 0)
         alert.message +=
             u"\n\n"_s + localized("Left out as incomplete: %1. The first one: %2")
-                            .arg(QString::number(review.incomplete), review.firstIncomplete);
+                            .arg(QString::number(review.incomplete),
+                                 foundation::shownText(review.firstIncomplete, longestReason));
     alert.defaultButton = localized("Import");
     alert.alternateButton = localized("Cancel");
     m_desktop.sheets.beginAlert(alert, scTable(),

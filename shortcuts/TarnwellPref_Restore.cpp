@@ -3,6 +3,7 @@
 
 #include "pane/TarnwellPref.h"
 
+#include "foundation/ForeignText.h"
 #include "ports/FileManager.h"
 #include "ports/FileStore.h"
 #include "ports/Sheets.h"
@@ -23,6 +24,8 @@ using namespace Qt::StringLiterals;
 namespace tarnwell::pane {
 
 namespace {
+
+constexpr qsizetype longestReason = 300;
 
 bool isSameItem(const shortcuts::ShortcutRow &a, const shortcuts::ShortcutRow &b)
 {
@@ -204,7 +207,7 @@ void TarnwellPref::askToGoOnWithoutBackup(const QString &error, const std::funct
         localized("The present shortcuts could not be kept for bringing them back: %1\n\n"
                   "Do you want to go on without? What is changed now cannot be brought "
                   "back then.")
-            .arg(error);
+            .arg(foundation::shownText(error, longestReason));
     alert.defaultButton = localized("Go On");
     alert.alternateButton = localized("Cancel");
     m_desktop.sheets.beginAlert(alert, scTable(), [this, again](int returnCode) {

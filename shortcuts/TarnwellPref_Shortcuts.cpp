@@ -5,6 +5,7 @@
 
 #include "exclude/ExcludeRows.h"
 #include "exclude/ExcludeTableModel.h"
+#include "foundation/ForeignText.h"
 #include "foundation/Logging.h"
 #include "ports/Applications.h"
 #include "ports/FileManager.h"
@@ -18,10 +19,12 @@
 #include "shortcuts/ShortcutBackups.h"
 #include "shortcuts/ShortcutCells.h"
 #include "shortcuts/ShortcutTableModel.h"
+#include "ui/ForeignLabel.h"
 #include "ui/StyledText.h"
 #include "ui/StyledTextDelegate.h"
 
 #include <QComboBox>
+#include <QFontMetrics>
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
@@ -40,6 +43,8 @@ namespace {
 
 constexpr QSize popupIconSize(16, 16);
 constexpr int shortcutColumnSpacing = 8;
+constexpr qsizetype longestPopupTitle = 120;
+constexpr int charactersOfAPopupTitle = 90; ///< as wide as so many usual ones
 
 bool shows(const QComboBox &popup, const QList<shortcuts::PopupEntry> &entries)
 {
@@ -114,6 +119,12 @@ void TarnwellPref::rebuildPopup()
                      [](const shortcuts::PopupEntry &a, const shortcuts::PopupEntry &b) {
                          return prefs::titleCompare(a.title, b.title) < 0;
                      });
+    // The open list is as wide as its widest title.
+    const QFontMetrics metrics = scPopup()->fontMetrics();
+    for (shortcuts::PopupEntry &entry : entries)
+        entry.title = metrics.elidedText(foundation::shownText(entry.title, longestPopupTitle),
+                                         Qt::ElideMiddle,
+                                         metrics.averageCharWidth() * charactersOfAPopupTitle);
     fillPopup(entries);
     if (entries.isEmpty())
         offerTutorial(*wrapper);
@@ -166,7 +177,7 @@ void TarnwellPref::doPopup(QObject *)
         const QString name = shortcuts::applicationName(m_desktop.applications,
                                                         urlForAppID(settingsKey).toLocalFile());
         if (!name.isEmpty())
-            appFormatField()->setText(QString(storedAppFormatString()).replace("%@"_L1, name));
+            ui::showInLabel(appFormatField(), withTexts(storedAppFormatString(), {name}));
     }
     reloadShortcutTable();
     scRestoreButton()->setEnabled(scTable()->selectionModel()->hasSelection());

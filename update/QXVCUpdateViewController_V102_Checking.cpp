@@ -2,6 +2,7 @@
 
 #include "update/QXVCUpdateViewController_V102.h"
 
+#include "foundation/ForeignText.h"
 #include "foundation/Logging.h"
 #include "foundation/PlainToolTip.h"
 #include "foundation/StatusCodes.h"
@@ -11,6 +12,7 @@
 #include "ports/Tasks.h"
 #include "ports/Timers.h"
 #include "prefs/PreferenceKeys.h"
+#include "ui/ForeignLabel.h"
 #include "update/FormattedDate.h"
 #include "update/StatusText.h"
 #include "update/UpdaterLaunch.h"
@@ -28,6 +30,7 @@ namespace keys = prefs::keys;
 
 namespace {
 
+constexpr qsizetype longestStatus = 300;
 constexpr double patience = 2.0; // seconds that an updater's last report may take
 
 enum ButtonTag : int { Idle = 0, Checking = 1 };
@@ -194,11 +197,11 @@ void QXVCUpdateViewController_V102::showStatus(const plist::Value &date, const Q
 {
     withdrawOffer();
     const auto text = [&](DateStyle style) {
-        return formatted(
-            lastStatusString(),
-            {QXCopyFormattedDate(date, style, style).value_or(QString()), shortStatus(status)});
+        return formatted(lastStatusString(),
+                         {QXCopyFormattedDate(date, style, style).value_or(QString()),
+                          foundation::shownText(shortStatus(status), longestStatus)});
     };
-    lastStatus()->setText(text(ShortDateStyle));
+    ui::showInLabel(lastStatus(), text(ShortDateStyle));
     lastStatus()->setToolTip(foundation::plainToolTip(text(FullDateStyle)));
 }
 

@@ -2,6 +2,7 @@
 
 #include "foundation/Bundle.h"
 #include "foundation/ForeignText.h"
+#include "ui/ForeignLabel.h"
 
 #include <QFileSystemModel>
 #include <QMessageBox>
@@ -53,6 +54,7 @@ ApplicationBrowser::ApplicationBrowser(const ports::ApplicationPanel &panel, QWi
     setOption(QFileDialog::ReadOnly);
     setFileMode(panel.allowsMultipleSelection ? ExistingFiles : ExistingFile);
     setLabelText(QFileDialog::Accept, panel.prompt);
+    showFileNamesHonestly(this);
     setProxyModel(new ApplicationFilter(this));
     connect(this, &QFileDialog::currentChanged, this,
             [this](const QString &path) { m_current = path; });

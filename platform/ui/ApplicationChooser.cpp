@@ -1,5 +1,6 @@
 #include "ui/ApplicationChooser.h"
 
+#include "foundation/ForeignText.h"
 #include "foundation/PlainToolTip.h"
 #include "ui/ApplicationBrowser.h"
 #include "ui/ApplicationChooserModel.h"
@@ -22,6 +23,7 @@ namespace tarnwell::ui {
 namespace {
 
 constexpr QSize iconSize(32, 32);
+constexpr qsizetype longestSummary = 1000;
 
 /// Lets through the rows that hold every word of the search, in any order.
 class SearchFilter final : public QSortFilterProxyModel
@@ -192,8 +194,10 @@ void ApplicationChooser::updateControls()
 {
     m_confirmButton->setEnabled(!chosenPaths().isEmpty());
     const QStringList ticked = m_model->tickedNames();
-    const QString summary = ticked.isEmpty() ? tr("Nothing is chosen yet.")
-                                             : tr("Chosen: %1").arg(ticked.join(", "_L1));
+    const QString summary =
+        ticked.isEmpty()
+            ? tr("Nothing is chosen yet.")
+            : tr("Chosen: %1").arg(foundation::shownText(ticked.join(", "_L1), longestSummary));
     const int room = isVisible() ? m_list->width() : QWIDGETSIZE_MAX;
     m_summary->setText(fontMetrics().elidedText(summary, Qt::ElideRight, room));
     m_summary->setAccessibleName(summary);

@@ -1,5 +1,6 @@
 #include "ui/ApplicationChooserModel.h"
 
+#include "foundation/ForeignText.h"
 #include "foundation/PlainToolTip.h"
 #include "foundation/StyledString.h"
 #include "ports/Workspace.h"
@@ -16,6 +17,17 @@ namespace tarnwell::ui {
 using foundation::FontStyle;
 using foundation::StyledString;
 using foundation::TextColor;
+
+namespace {
+
+constexpr qsizetype longestLine = 200;
+
+QString shownName(const ports::InstalledApplication &application)
+{
+    return foundation::shownText(application.displayName, longestLine);
+}
+
+} // namespace
 
 ApplicationChooserModel::ApplicationChooserModel(const ports::Workspace &workspace,
                                                  bool severalMayBeChosen, QObject *parent)
@@ -58,7 +70,7 @@ QStringList ApplicationChooserModel::tickedNames() const
     QStringList result;
     for (const Row &row : m_rows) {
         if (row.isTicked)
-            result.append(row.application.displayName);
+            result.append(shownName(row.application));
     }
     return result;
 }
@@ -75,12 +87,12 @@ QVariant ApplicationChooserModel::data(const QModelIndex &index, int role) const
     const Row &row = m_rows[size_t(index.row())];
     switch (role) {
     case Qt::DisplayRole:
-        return row.application.displayName;
+        return shownName(row.application);
     case Qt::AccessibleTextRole:
-        return row.isRunning ? tr("%1, running").arg(row.application.displayName)
-                             : row.application.displayName;
+        return row.isRunning ? tr("%1, running").arg(shownName(row.application))
+                             : shownName(row.application);
     case Qt::ToolTipRole:
-        return foundation::plainToolTip(row.application.path);
+        return foundation::plainToolTip(foundation::shownText(row.application.path, longestLine));
     case PathRole:
         return row.application.path;
     case SearchTextRole:
@@ -92,7 +104,7 @@ QVariant ApplicationChooserModel::data(const QModelIndex &index, int role) const
             return row.isTicked ? Qt::Checked : Qt::Unchecked;
         return {};
     case styledTextRole: {
-        StyledString text(row.application.displayName + u'\n');
+        StyledString text(shownName(row.application) + u'\n');
         text.append(secondLine(row), {FontStyle::SmallSystem, TextColor::Gray});
         return QVariant::fromValue(text);
     }
@@ -121,7 +133,7 @@ Qt::ItemFlags ApplicationChooserModel::flags(const QModelIndex &index) const
 
 QString ApplicationChooserModel::secondLine(const Row &row) const
 {
-    const QString &identifier = row.application.identifier;
+    const QString identifier = foundation::shownText(row.application.identifier, longestLine);
     if (!row.isRunning)
         return identifier;
     return identifier.isEmpty() ? tr("Running now") : tr("Running now – %1").arg(identifier);

@@ -2,6 +2,7 @@
 
 #include <QString>
 
+class QFileDialog;
 class QFontMetrics;
 class QLabel;
 
@@ -14,5 +15,9 @@ QString breakableText(const QString &text, const QFontMetrics &metrics, int widt
 /// Shows a text with words of others in a label that wraps its lines: letter for letter, and in
 /// whatever width there is. The caller bounds its length.
 void showInLabel(QLabel *label, const QString &text);
+
+/// Has the lists of a dialog show each name of a file as one line that hides nothing. What is
+/// chosen in them stays the file itself.
+void showFileNamesHonestly(QFileDialog *dialog);
 
 } // namespace tarnwell::ui

@@ -4,6 +4,7 @@
 #include "ports/RunningApplications.h"
 #include "ports/Sheets.h"
 #include "ui/ApplicationChooser.h"
+#include "ui/ForeignLabel.h"
 
 #include <QDir>
 #include <QFileDialog>
@@ -21,6 +22,7 @@ std::unique_ptr<QFileDialog> makeFileDialog(const QString &title)
     auto dialog = std::make_unique<QFileDialog>(
         nullptr, title, QFileInfo(documents).isDir() ? documents : QDir::homePath());
     dialog->setOption(QFileDialog::DontUseNativeDialog);
+    showFileNamesHonestly(dialog.get());
     return dialog;
 }
 

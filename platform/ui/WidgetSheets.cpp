@@ -1,5 +1,8 @@
 #include "ui/WidgetSheets.h"
 
+#include "foundation/ForeignText.h"
+#include "ui/ForeignLabel.h"
+
 #include <QAbstractButton>
 #include <QEvent>
 #include <QFontMetrics>
@@ -29,6 +32,8 @@ struct WidgetSheets::Entry
 namespace {
 
 constexpr int charactersOfALine = 52;
+constexpr qsizetype longestMessage = 1000;
+constexpr qsizetype mostLinesOfAMessage = 16;
 
 QAbstractButton *escapeButton(const QWidget *sheet)
 {
@@ -49,19 +54,24 @@ void placeOver(QWidget *sheet, const QWidget *window)
                 below.y() + std::max(0, (below.height() - size.height()) / 3));
 }
 
-/// The texts come from other applications' menus, and must not be taken for markup.
+/// The texts come from other applications' menus: they must not be taken for markup, nor push the
+/// buttons off the screen.
 void setPlainText(QMessageBox &box, const Alert &alert)
 {
+    const QString message =
+        foundation::shownLines(alert.message, longestMessage, mostLinesOfAMessage);
+    box.setAccessibleDescription(message);
     box.setTextFormat(Qt::PlainText);
     box.setText(alert.title);
-    box.setInformativeText(alert.message);
+    box.setInformativeText(message);
     for (QLabel *label : box.findChildren<QLabel *>()) {
-        if (label->text() == alert.message) {
+        if (label->text() == message) {
             label->setTextFormat(Qt::PlainText);
             // Left to itself, the box makes a column of it that is as narrow as its title.
             const QFontMetrics metrics(label->font());
-            label->setMinimumWidth(std::min(metrics.averageCharWidth() * charactersOfALine,
-                                            metrics.horizontalAdvance(alert.message)));
+            const int width = metrics.averageCharWidth() * charactersOfALine;
+            label->setMinimumWidth(std::min(width, metrics.horizontalAdvance(message)));
+            label->setText(breakableText(message, metrics, width));
         }
         if (label->text() == alert.title) {
             QFont font = label->font();
@@ -96,7 +106,6 @@ void WidgetSheets::beginAlert(const Alert &alert, QWidget *onWindowOf, DidEnd di
                                                      : QMessageBox::Information);
     box->setWindowTitle(alert.title);
     box->setAccessibleName(alert.title);
-    box->setAccessibleDescription(alert.message);
     setPlainText(*box, alert);
 
     const auto add = [box](const QString &title, QMessageBox::ButtonRole role) {

@@ -4,6 +4,7 @@
 #include "effects/Outline.h"
 #include "effects/QCView.h"
 #include "support/PaneFixture.h"
+#include "support/StrangersNames.h"
 #include "support/TemporaryHome.h"
 
 #include <QAbstractItemModel>
@@ -261,8 +262,7 @@ TEST_F(EffectsPage, PreviewsTheSelectedComposition)
 TEST_F(EffectsPage, StaysAsLargeAsItIsWhateverACompositionIsCalled)
 {
     addOwn(u"plain.qtz"_s);
-    const QStringList names{QString(100'000, u'W'), QString(300, u'\n') + u'x',
-                            QString(5000, u'\ufdfd'), u"fifo\u202egpj.exe"_s};
+    const QStringList names = strangersNames();
     for (qsizetype i = 0; i < names.size(); ++i)
         addOwn(u"%1.qtz"_s.arg(i), compositionFile({{u"name"_s, names[i]},
                                                     {u"copyright"_s, names[i]},
@@ -277,6 +277,7 @@ TEST_F(EffectsPage, StaysAsLargeAsItIsWhateverACompositionIsCalled)
         EXPECT_LE(view->minimumSizeHint().width(), usual.width());
         EXPECT_LE(view->minimumSizeHint().height(), usual.height() + 400);
     }
+    select(u"3.qtz"_s);
     EXPECT_EQ(pane->urlField()->text(), u"fifo[U+202E]gpj.exe"_s);
     EXPECT_EQ(cell(u"two␊lines[U+202E].qtz"_s, 0).data(Qt::AccessibleTextRole).toString(),
               u"two␊lines[U+202E].qtz, on"_s);

@@ -2,9 +2,11 @@
 #include "fakes/FakeRunningApplications.h"
 #include "fakes/FakeSheets.h"
 #include "fakes/FakeWorkspace.h"
+#include "support/StrangersNames.h"
 #include "support/TemporaryHome.h"
 #include "ui/ApplicationBrowser.h"
 #include "ui/ApplicationChooserModel.h"
+#include "ui/StyledText.h"
 #include "ui/WidgetOpenPanel.h"
 #include "ui/WidgetSheets.h"
 
@@ -17,6 +19,7 @@
 #include <QListView>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QStyledItemDelegate>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -112,6 +115,31 @@ TEST_F(ApplicationChooser, ShowsTheRunningOnesFirst)
     EXPECT_FALSE(find<QPushButton>("confirmButton")->isEnabled());
     const QModelIndex first = find<QListView>("applicationList")->model()->index(0, 0);
     EXPECT_EQ(first.data(Qt::AccessibleTextRole).toString(), u"quill, running"_s);
+}
+
+TEST_F(ApplicationChooser, ShowsStrangersNamesAsOneHonestLine)
+{
+    begin();
+    const QSize usual = find<QDialog>("applicationChooser")->minimumSizeHint();
+    press("cancelButton");
+    for (const QString &name : strangersNames())
+        home.addApplication(u"/Applications/%1.app"_s.arg(name.right(9).size()) + name.right(9),
+                            name, name);
+    begin();
+    const QAbstractItemModel *model = find<QListView>("applicationList")->model();
+    ASSERT_EQ(model->rowCount(), 9);
+    for (int row = 0; row < 9; ++row) {
+        tick(row);
+        const QModelIndex index = model->index(row, 0);
+        for (const int role : {int(Qt::DisplayRole), int(Qt::AccessibleTextRole)})
+            EXPECT_TRUE(isHonest(index.data(role).toString()));
+        EXPECT_TRUE(isHonest(index.data(Qt::ToolTipRole).toString()));
+        EXPECT_TRUE(
+            isHonest(index.data(ui::styledTextRole).value<foundation::StyledString>().text(), 2));
+    }
+    EXPECT_TRUE(isHonest(find<QLabel>("chosenApplications")->accessibleName()));
+    EXPECT_TRUE(isHonest(find<QLabel>("chosenApplications")->toolTip()));
+    EXPECT_EQ(find<QDialog>("applicationChooser")->minimumSizeHint(), usual);
 }
 
 TEST_F(ApplicationChooser, KeepsTicksAcrossSearches)
@@ -308,6 +336,13 @@ TEST_F(ApplicationChooser, FilesAreChosenToOpenAndToSave)
         QApplication::processEvents();
         auto *dialog = find<QFileDialog>(dialogName);
         ASSERT_TRUE(dialog);
+        const QLocale locale;
+        for (const char *view : {"listView", "treeView"}) {
+            const auto *delegate = qobject_cast<QStyledItemDelegate *>(
+                dialog->findChild<QAbstractItemView *>(QLatin1StringView(view))->itemDelegate());
+            ASSERT_TRUE(delegate);
+            EXPECT_EQ(delegate->displayText(u"two\nlines\u202e"_s, locale), u"two␊lines[U+202E]"_s);
+        }
         dialog->setDirectory(disk.root());
         if (!name.isEmpty())
             dialog->findChild<QLineEdit *>(u"fileNameEdit"_s)->setText(name);

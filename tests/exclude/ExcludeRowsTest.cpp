@@ -4,6 +4,7 @@
 #include "exclude/ExcludeTableModel.h"
 #include "fakes/FakeFileManager.h"
 #include "fakes/FakeWorkspace.h"
+#include "support/StrangersNames.h"
 
 #include <gtest/gtest.h>
 
@@ -88,6 +89,18 @@ TEST_F(ExcludeRows, ModelGivesEachKindItsIconAndText)
     EXPECT_EQ(model.index(0, 1).data().toString(), u"Pens"_s);
     EXPECT_EQ(model.index(1, 1).data().toString(), u"Inks.app\nDraws."_s);
     EXPECT_EQ(model.index(2, 0).data(Qt::AccessibleTextRole).toString(), u"Predefined"_s);
+
+    for (const QString &name : strangersNames()) {
+        model.setRecords({plist::Dictionary{
+            {u"DisplayName"_s, name}, {u"Comment"_s, name}, {u"Path"_s, u"/gone/"_s + name}}});
+        const QModelIndex cell = model.index(0, 1);
+        const auto styled = cell.data(exclude::ExcludeTableModel::StyledStringRole);
+        for (const QString &shown :
+             {cell.data().toString(), cell.data(Qt::AccessibleTextRole).toString(),
+              styled.value<foundation::StyledString>().text()})
+            EXPECT_TRUE(isHonest(shown, 2)) << shown.left(40).toStdString();
+        EXPECT_TRUE(isHonest(cell.data(Qt::ToolTipRole).toString()));
+    }
 }
 
 } // namespace tarnwell::tests

@@ -1,11 +1,14 @@
 #include "shortcuts/ShortcutTableModel.h"
 #include "support/PaneFixture.h"
 #include "support/ShortcutRecords.h"
+#include "support/StrangersNames.h"
 
 #include <QAbstractItemModelTester>
 #include <QAbstractItemView>
+#include <QApplication>
 #include <QComboBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTableView>
@@ -87,6 +90,51 @@ TEST_F(ShortcutsPage, ListsApplicationsByTitleAndShowsTheFirst)
     EXPECT_FALSE(pane->scRestoreButton()->isEnabled());
     EXPECT_TRUE(preferences.control().writes().isEmpty())
         << "an application that cannot be found keeps its records";
+}
+
+TEST_F(ShortcutsPage, ShowsStrangersNamesAsOneHonestLine)
+{
+    showPane();
+    const QSize usual = view->minimumSizeHint();
+    for (const QString &name : strangersNames()) {
+        SCOPED_TRACE(name.right(10).toStdString());
+        home.addApplication(u"/Applications/Evil.app"_s, u"com.example.evil"_s, name);
+        plist::Dictionary evil = changedItem(name);
+        const auto menu = [&name](const QString &title) {
+            return plist::Dictionary{{u"MenuItemTitle"_s, name + title}};
+        };
+        evil.insert(u"MenuPath"_s, plist::Array{menu(u""_s), menu(u" end"_s)});
+        storeShortcuts(
+            {{u"com.example.evil"_s, plist::Array{plist::Value(group(name, plist::Array{evil}))}}});
+        postRefresh();
+        QApplication::processEvents();
+        EXPECT_EQ(view->minimumSizeHint(), usual);
+        QStringList shown{pane->scPopup()->currentText(), pane->appFormatField()->text()};
+        const QAbstractItemModel *model = pane->scTable()->model();
+        ASSERT_EQ(model->rowCount(), 1);
+        for (int column = 0; column < model->columnCount(); ++column) {
+            for (const int role : {int(Qt::DisplayRole), int(Qt::AccessibleTextRole)})
+                shown.append(model->index(0, column).data(role).toString());
+            shown.append(model->index(0, column)
+                             .data(shortcuts::ShortcutTableModel::StyledStringRole)
+                             .value<foundation::StyledString>()
+                             .text());
+            EXPECT_TRUE(isHonest(model->index(0, column).data(Qt::ToolTipRole).toString()));
+        }
+        pane->scTable()->selectRow(0);
+        pane->doRestoreOriginal(nullptr);
+        pane->doRemoveApp(nullptr);
+        shown << sheetsControl.alerts().constLast().alert.message
+              << sheetsControl.alerts().at(sheetsControl.alerts().size() - 2).alert.message;
+        for (const QString &text : shown)
+            EXPECT_TRUE(isHonest(text)) << text.left(40).toStdString();
+        for (const QString &text : shown)
+            EXPECT_LE(text.size(), 300);
+        // What is looked for is the name itself.
+        find<QLineEdit>("scFilterField")->setText(name.right(5));
+        EXPECT_EQ(model->rowCount(), 1);
+        find<QLineEdit>("scFilterField")->clear();
+    }
 }
 
 TEST_F(ShortcutsPage, NothingConfigured)

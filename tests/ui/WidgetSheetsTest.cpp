@@ -1,4 +1,5 @@
 #include "ui/WidgetSheets.h"
+#include "support/StrangersNames.h"
 
 #include <QApplication>
 #include <QDialog>
@@ -166,6 +167,20 @@ TEST_F(WidgetSheetsTest, TextsOfAlertsAreNeverMarkup)
     }
     EXPECT_EQ(shown.size(), 2);
     EXPECT_EQ(shownAlert()->accessibleDescription(), u"Remove \"<i>Save</i>\"?"_s);
+}
+
+TEST_F(WidgetSheetsTest, AlertsKeepTheirSizeWhateverTheySay)
+{
+    for (const QString &name : tarnwell::tests::strangersNames()) {
+        Alert alert = question(AlertStyle::Critical);
+        alert.message = u"Remove \"%1\"?\n\nReally?"_s.arg(name);
+        begin(alert);
+        ASSERT_TRUE(shownAlert());
+        EXPECT_LE(shownAlert()->width(), 700) << qPrintable(name.right(10));
+        EXPECT_LE(shownAlert()->height(), 700) << qPrintable(name.right(10));
+        EXPECT_TRUE(tarnwell::tests::isHonest(shownAlert()->accessibleDescription(), 20));
+        press(Qt::Key_Escape);
+    }
 }
 
 TEST_F(WidgetSheetsTest, OnlyTheWindowBelowIsBlocked)
