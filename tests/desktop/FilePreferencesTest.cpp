@@ -372,7 +372,6 @@ TEST_F(FilePreferencesTest, AnUpdateStartsAgainFromWhatOthersStored)
         ours.updateAppValue(u"List"_s, domain, [](const plist::Value &) { return std::nullopt; }));
 }
 
-
 // Obstacles that stop the superuser, too.
 TEST_F(FilePreferencesTest, FailsWhereNothingCanBeWritten)
 {
