@@ -7,7 +7,7 @@
 #include "desktop/QtTimers.h"
 #include "desktop/SystemClock.h"
 #include "effects/CompositionLists.h"
-#include "effects/FrameThread.h"
+#include "effects/PreviewProcess.h"
 #include "effects/QCView.h"
 #include "fakes/FakePreferences.h"
 
@@ -161,28 +161,19 @@ void runEventLoop(int forMilliseconds)
     loop.exec();
 }
 
-/// Counts the frames that pass through.
-class CountingThread final : public effects::FrameSource
+QString playerProgram()
 {
-public:
-    explicit CountingThread(int &frames)
-    {
-        connect(&m_thread, &FrameSource::frameReady, this,
-                [this, &frames](const QImage &picture, double seconds) {
-                    ++frames;
-                    Q_EMIT frameReady(picture, seconds);
-                });
-    }
-    void start(const effects::Performance &performance) override { m_thread.start(performance); }
-    void stop() override { m_thread.stop(); }
-    void requestFrame(const compositions::FrameRequest &request) override
-    {
-        m_thread.requestFrame(request);
-    }
+    return QCoreApplication::applicationDirPath() + u"/../bin/tarnwell-composition"_s;
+}
 
-private:
-    effects::FrameThread m_thread;
-};
+/// Makes frames as the pane has them made, and counts them.
+std::unique_ptr<effects::FrameSource> countingSource(int &frames)
+{
+    auto source = std::make_unique<effects::PreviewProcess>(playerProgram());
+    QObject::connect(source.get(), &effects::FrameSource::frameReady, source.get(),
+                     [&frames] { ++frames; });
+    return source;
+}
 
 /// A window with two pages, a preview on the first.
 struct PreviewWindow
@@ -206,7 +197,7 @@ struct PreviewWindow
     desktop::QtTimers timers;
     QTabWidget pages;
     effects::QCView *view = new effects::QCView(
-        clock, timers, [this] { return std::make_unique<CountingThread>(frames); });
+        clock, timers, [this] { return countingSource(frames); });
 };
 
 /// One of our own compositions at play for three seconds at 480 x 300.

@@ -1,10 +1,13 @@
 #pragma once
 
-#include "compositions/evaluator/Evaluator.h"
+#include "compositions/model/Composition.h"
+#include "compositions/model/FrameRequest.h"
 
+#include <QByteArray>
 #include <QImage>
 #include <QObject>
 
+#include <chrono>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -15,6 +18,7 @@ namespace tarnwell::effects {
 struct Performance
 {
     std::shared_ptr<const compositions::Composition> composition;
+    QByteArray file; ///< that it was read from
     std::vector<std::pair<QString, compositions::Value>> inputs;
 };
 
@@ -26,6 +30,12 @@ class FrameSource : public QObject
 public:
     using QObject::QObject;
 
+    /// Gets ready, so that the first frame comes soon when something is started; playable() tells
+    /// in the end whether anything can be played here.
+    virtual void prepare() {}
+    /// Lets go of all that was got ready; whatever plays ends.
+    virtual void release() {}
+
     /// Begins with a composition, and forgets the one before. No frame of that one comes any more.
     virtual void start(const Performance &performance) = 0;
     /// Ends, and lets go of all that the composition needed.
@@ -35,10 +45,12 @@ public:
     virtual void requestFrame(const compositions::FrameRequest &request) = 0;
 
 Q_SIGNALS:
-    /// A frame is there, and took so many seconds.
-    void frameReady(const QImage &picture, double seconds);
+    /// A frame is there, and took so long.
+    void frameReady(const QImage &picture, std::chrono::nanoseconds took);
     /// No more frames can be made of what was started; the reason is for the user.
     void failed(const QString &reason);
+    /// Whether this computer can play compositions.
+    void playable(bool canPlay);
 };
 
 } // namespace tarnwell::effects

@@ -35,8 +35,10 @@ bool QCView::loadCompositionFromFile(const QString &path)
 {
     stopRendering();
     m_performance = {};
-    if (const auto bytes = foundation::readBoundedFile(path, largestFile))
+    if (const auto bytes = foundation::readBoundedFile(path, largestFile)) {
         m_performance.composition = compositions::readComposition(*bytes);
+        m_performance.file = *bytes;
+    }
     return m_performance.composition != nullptr;
 }
 
@@ -60,16 +62,34 @@ void QCView::setValue(const compositions::Value &value, const QString &forInputK
     m_performance.inputs.emplace_back(forInputKey, value);
 }
 
+void QCView::makeSource()
+{
+    if (m_source)
+        return;
+    m_source = m_makeSource();
+    connect(m_source.get(), &FrameSource::frameReady, this, &QCView::takeFrame);
+    connect(m_source.get(), &FrameSource::failed, this, &QCView::giveUp);
+    connect(m_source.get(), &FrameSource::playable, this, &QCView::playable);
+}
+
+void QCView::prepare()
+{
+    makeSource();
+    m_source->prepare();
+}
+
+void QCView::release()
+{
+    if (m_source && !m_isRendering)
+        m_source->release();
+}
+
 void QCView::startRendering()
 {
     stopRendering();
     if (!composition())
         return;
-    if (!m_source) {
-        m_source = m_makeSource();
-        connect(m_source.get(), &FrameSource::frameReady, this, &QCView::takeFrame);
-        connect(m_source.get(), &FrameSource::failed, this, &QCView::giveUp);
-    }
+    makeSource();
     m_source->start(m_performance);
     m_isRendering = true;
     m_pacing = {};
@@ -135,11 +155,11 @@ void QCView::requestFrame()
     m_source->requestFrame({.time = m_playedTime, .systemTime = now, .pixels = pixels});
 }
 
-void QCView::takeFrame(const QImage &picture, double seconds)
+void QCView::takeFrame(const QImage &picture, std::chrono::nanoseconds took)
 {
     m_isWaiting = false;
     m_pictureTimer.reset();
-    m_pacing.frameTook(seconds);
+    m_pacing.frameTook(std::chrono::duration<double>(took).count());
     m_picture = picture;
     update();
 }

@@ -46,6 +46,11 @@ public:
     /// Takes effect when the composition is started.
     void setValue(const compositions::Value &value, const QString &forInputKey);
 
+    /// Gets ready to play; playable() tells whether anything can be played here.
+    void prepare();
+    /// Lets go of what was got ready, unless something plays.
+    void release();
+
     /// Plays what was loaded, from its beginning.
     void startRendering();
     /// The last picture stays.
@@ -57,6 +62,7 @@ public:
 Q_SIGNALS:
     /// What was started cannot be shown, and is stopped; the reason is for the user.
     void failed(const QString &reason);
+    void playable(bool canPlay);
 
 protected:
     void paintEvent(QPaintEvent *event) override;
@@ -65,7 +71,8 @@ protected:
 private:
     void scheduleFrame();
     void requestFrame();
-    void takeFrame(const QImage &picture, double seconds);
+    void takeFrame(const QImage &picture, std::chrono::nanoseconds took);
+    void makeSource();
     void giveUp(const QString &reason);
     void clearPicture();
 

@@ -6,22 +6,24 @@
 #include "effects/CompositionLists.h"
 #include "effects/CompositionSearch.h"
 #include "effects/EffectInformation.h"
-#include "effects/FrameThread.h"
 #include "effects/OutlineModel.h"
 #include "effects/OutlineView.h"
+#include "effects/PreviewProcess.h"
 #include "effects/QCView.h"
 #include "effects/SampleMenu.h"
 #include "foundation/ForeignText.h"
 #include "foundation/Logging.h"
 #include "ports/FileManager.h"
 #include "ports/Preferences.h"
-#include "ports/WindowServer.h"
+#include "ports/SystemFacts.h"
 #include "ports/Workspace.h"
 #include "prefs/PreferenceKeys.h"
 #include "ui/ForeignLabel.h"
 #include "ui/InterfaceFile.h"
 
 #include <QAbstractButton>
+#include <QDir>
+#include <QFileInfo>
 #include <QHeaderView>
 #include <QLabel>
 #include <QScopedValueRollback>
@@ -46,7 +48,13 @@ void TarnwellPref::registerEffectsClasses(ui::InterfaceFileLoader &loader)
     loader.registerClass(u"QCView"_s, [this](QWidget *parent) {
         return new effects::QCView(
             m_desktop.clock, m_desktop.timers,
-            [] { return std::make_unique<effects::FrameThread>(); }, parent);
+            [this] {
+                // It is built and installed beside the host.
+                const QFileInfo host(m_desktop.systemFacts.mainBundlePath());
+                return std::make_unique<effects::PreviewProcess>(
+                    host.dir().filePath(u"tarnwell-composition"_s));
+            },
+            parent);
     });
     loader.registerClass(u"OutlineView"_s,
                          [](QWidget *parent) { return new effects::OutlineView(parent); });
@@ -90,20 +98,31 @@ void TarnwellPref::setUpEffects()
                         foundation::shownLines(reason, longestReason, mostLinesOfAReason));
         preInstructionView()->show();
     });
+    connect(previewView(), &effects::QCView::playable, this, &TarnwellPref::showWhetherEffectsPlay);
     showEffectSwitches();
 }
 
 void TarnwellPref::effectsWillShow()
 {
-    // To find that out, and what there is to play, takes a while, so it is done for those alone who
-    // look at the page.
-    const bool hides = hideSillyEffects();
-    for (QWidget *widget : std::as_const(m_hiddenWithEffects))
-        widget->setHidden(hides);
-    for (QWidget *widget : std::as_const(m_shownWithoutEffects))
-        widget->setVisible(hides);
-    if (!hides && !m_seModel)
+    // To find out what there is to play, and whether it can be, takes a while, so it is done for
+    // those alone who look at the page.
+    previewView()->prepare();
+    if (!m_seModel)
         setUpOutline();
+}
+
+void TarnwellPref::effectsDidHide()
+{
+    previewView()->release();
+}
+
+void TarnwellPref::showWhetherEffectsPlay(bool canPlay)
+{
+    m_canPlayEffects = canPlay;
+    for (QWidget *widget : std::as_const(m_hiddenWithEffects))
+        widget->setVisible(canPlay);
+    for (QWidget *widget : std::as_const(m_shownWithoutEffects))
+        widget->setHidden(canPlay);
 }
 
 void TarnwellPref::setUpOutline()
@@ -239,7 +258,7 @@ void TarnwellPref::setIncludesBundledEffects(bool include)
 
 bool TarnwellPref::hideSillyEffects() const
 {
-    return !m_desktop.windowServer.canPlayCompositions();
+    return !m_canPlayEffects;
 }
 
 int TarnwellPref::numberOfChildrenOfItem(const effects::OutlineItem &item)

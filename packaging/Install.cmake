@@ -2,7 +2,7 @@
 # known by now.
 include(GNUInstallDirs)
 
-install(TARGETS tarnwell-settings RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(TARGETS tarnwell-settings tarnwell-composition RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 # Machine code and its resources in one folder that must stay together. The program looks for it in
 # this place, relative to its own.
 install(DIRECTORY ${PROJECT_BINARY_DIR}/Tarnwell.prefPane

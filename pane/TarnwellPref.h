@@ -357,6 +357,9 @@ private:
     void addEffectsBindings(ui::InterfaceOwner &owner);
     void setUpEffects();
     void effectsWillShow();
+    void effectsDidHide();
+    /// Until it is known, the controls are shown.
+    void showWhetherEffectsPlay(bool canPlay);
     void setUpOutline();
     void showEffectSwitches();
     /// Shows what others stored or installed meanwhile.
@@ -406,6 +409,7 @@ private:
     exclude::ExcludeTableModel *m_ieModel = nullptr;    ///< a child of the table
     effects::OutlineModel *m_seModel = nullptr;         ///< a child of the outline, once it showed
     bool m_sillyEffect = false;
+    bool m_canPlayEffects = true;
     bool m_isReloadingOutline = false;
     QAbstractButton *m_sillyEffectSwitch = nullptr;
     QAbstractButton *m_includesBundledEffectsSwitch = nullptr;

@@ -88,6 +88,8 @@ bool TarnwellPref::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == m_effectsPage && event->type() == QEvent::Show)
         effectsWillShow();
+    if (watched == m_effectsPage && event->type() == QEvent::Hide)
+        effectsDidHide();
     if (watched == scFilterField() && event->type() == QEvent::FocusIn)
         prepareFilter();
     const bool isKey =

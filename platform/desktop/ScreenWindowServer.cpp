@@ -3,10 +3,7 @@
 #include "desktop/WaylandShortcuts.h"
 
 #include <QGuiApplication>
-#include <QOffscreenSurface>
-#include <QOpenGLContext>
 #include <QPointer>
-#include <QScreen>
 #include <QWindow>
 
 namespace tarnwell::desktop {
@@ -14,30 +11,6 @@ namespace tarnwell::desktop {
 using namespace Qt::StringLiterals;
 
 namespace {
-
-bool canMakeContext()
-{
-    // Nobody looks at these screens, though one of them makes contexts where it finds an X server.
-    const QString platform = QGuiApplication::platformName();
-    if (platform == "offscreen"_L1 || platform == "minimal"_L1 || !QGuiApplication::primaryScreen())
-        return false;
-    QSurfaceFormat format;
-    format.setVersion(3, 3);
-    format.setProfile(QSurfaceFormat::CoreProfile);
-    QOpenGLContext context;
-    context.setScreen(QGuiApplication::primaryScreen());
-    context.setFormat(format);
-    if (!context.create())
-        return false;
-    QOffscreenSurface surface(context.screen());
-    surface.setFormat(context.format());
-    surface.create();
-    if (!surface.isValid() || !context.makeCurrent(&surface))
-        return false;
-    const bool isEnough = !context.isOpenGLES() && context.format().version() >= std::pair(3, 3);
-    context.doneCurrent();
-    return isEnough;
-}
 
 class KeyboardGrab final : public ports::ShortcutInhibition
 {
@@ -56,13 +29,6 @@ private:
 };
 
 } // namespace
-
-bool ScreenWindowServer::canPlayCompositions() const
-{
-    if (!m_canPlay)
-        m_canPlay = canMakeContext();
-    return *m_canPlay;
-}
 
 std::unique_ptr<ports::ShortcutInhibition> ScreenWindowServer::inhibitShortcuts(QWindow &window)
 {

@@ -19,10 +19,6 @@ class WindowServer
 public:
     virtual ~WindowServer() = default;
 
-    /// Whether this display can play compositions. The first answer may take a tenth of a second;
-    /// it is the answer to all later questions.
-    virtual bool canPlayCompositions() const = 0;
-
     /// Gives a window that is active the desktop's own shortcuts, too. Null where the display
     /// system lets nobody have them, and then they stay with the desktop. A window may have one
     /// inhibition at a time; it must not be kept when the window is no longer active.

@@ -2,7 +2,6 @@
 
 #include "compositions/Limits.h"
 #include "compositions/model/Structure.h"
-#include "compositions/script/PatternCost.h"
 #include "compositions/script/ScriptSignature.h"
 
 #include <QElapsedTimer>
@@ -107,32 +106,13 @@ TEST(ScriptPatch, GivesNothingWhenBroken)
     }
 }
 
-/// Each of these would run for ever, or take all memory.
+/// Each of these would run for ever.
 TEST(ScriptPatch, IsStoppedInTime)
 {
     const QString frame = u"function (__number n) main (__number a) { %1; return { n: 1 }; }"_s;
     for (const auto &body :
          {u"while (true) {}"_s, u"for (;;) { try { while (true) {} } catch (e) {} }"_s,
           u"var f = function () { return f() + f(); }; f()"_s,
-          u"var s = 'x'; while (true) { s += s; }"_s, u"'x'.repeat(1e9)"_s, u"'x'.padEnd(1e9)"_s,
-          u"new Array(4e9).fill(1)"_s, u"new Array(1e9).join('x')"_s, u"new ArrayBuffer(2e9)"_s,
-          u"new Float64Array(1e8)"_s, u"Array.from({ length: 4e9 })"_s,
-          u"/(a+)+$/.test('aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaab')"_s,
-          u"'aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaab'.replace(/(a|a)*$/, '')"_s,
-          u"[].concat(new Array(4e9))"_s, u"(new Array(1e9)).sort()"_s,
-          // Adjacent repetitions, and ways around the bounds.
-          u"/a*a*a*b/.test('a'.repeat(4000))"_s, u"'a'.repeat(4000).search('a*a*a*b')"_s,
-          u"/a*a*a*b/.test({ toString: function () { return 'a'.repeat(4000) } })"_s,
-          u"Function.prototype.call = Function.prototype.apply = function () { return 'a' };"
-          "/a*a*a*b/.test('a'.repeat(4000))"_s,
-          u"RegExp = Object; var r = /a*a*a*b/; Object.setPrototypeOf(r, null);"
-          "'a'.repeat(4000).replace(r, '')"_s,
-          u"Array.prototype.fill.call({ get length() { return 4e15 } }, 1)"_s,
-          u"new RegExp('(?:a|b)*'.repeat(10000))"_s,
-          u"eval('/' + '(?:a|b)*'.repeat(10000) + '/')"_s,
-          u"/x/.constructor('(?:a|b)*'.repeat(10000))"_s,
-          u"(function* () {}).constructor('return /' + '(?:a|b)*'.repeat(10000) + '/')().next()"_s,
-          u"'a'.repeat(800000).indexOf('b' + 'a'.repeat(400000))"_s,
           u"return { get n() { while (true) {} } }"_s}) {
         SinglePatch patch = script(frame.arg(body), {{u"a"_s, 1.0}}, {u"n"_s});
         QElapsedTimer timer;
@@ -156,45 +136,6 @@ TEST(ScriptPatch, PutsOutNoMoreThanItMay)
         weight += Structure::weightOf(patch.at(0, output));
     }
     EXPECT_LT(weight, 2 * limits::scriptMembers);
-}
-
-TEST(PatternCost, BoundsWhatMatchingTakes)
-{
-    constexpr double bearable = 3e8;
-    struct Row
-    {
-        QString pattern;
-        double length;
-        bool isBearable;
-    };
-    const Row rows[] = {
-        {u"plain text"_s, 1e6, true},
-        {u"<[^>]*>"_s, 1e4, true},
-        {u"\\s+$"_s, 1e4, true},
-        {u"^(\\d{4})-(\\d{2})-(\\d{2})$"_s, 1e4, true},
-        {u"[(*)+]+"_s, 1e4, true},
-        {u"\\(a\\)*"_s, 1e4, true},
-        {u"(?:red|green|blue)?"_s, 1e4, true},
-        {u"-?\\d+(\\.\\d+)?(e[-+]?\\d+)?"_s, 40, true},
-        {u"{a}"_s, 1e4, true},
-        {u"a*a*a*b"_s, 400, false},
-        {u"a*?a+a{0,}b"_s, 1000, false},
-        {u"(a+)+$"_s, 44, false},
-        {u"(?:a|a)*b"_s, 44, false},
-        {u"(?:a*a*a*a*)*b"_s, 20, false},
-        {u"((a{1,9}){1,9}){1,9}b"_s, 44, false},
-        {u"(?=(a+)+b)"_s, 44, false},
-        {u"(a*)\\1\\1b"_s, 1000, false},
-        {u"(?:a|b)*"_s.repeated(100), 0, false},
-        {u"("_s.repeated(100) + u")"_s.repeated(100), 0, false},
-        {u"x"_s.repeated(5000), 0, false},
-    };
-    for (const Row &row : rows) {
-        EXPECT_EQ(matchingSteps(row.pattern, row.length) <= bearable, row.isBearable)
-            << row.pattern.left(40).toStdString();
-    }
-    EXPECT_TRUE(mayHoldHugePattern(u"var r = /"_s + u"(a)*"_s.repeated(1000) + u"/"_s));
-    EXPECT_FALSE(mayHoldHugePattern(u"if (a) { b = (c)*d; }\n"_s.repeated(1000)));
 }
 
 TEST(ScriptPatch, HasNoWayOut)

@@ -16,6 +16,7 @@
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace tarnwell::tests {
 
@@ -33,11 +34,11 @@ public:
         QList<compositions::FrameRequest> requests;
         FakeSource *source = nullptr;
 
-        void answer(const QColor &color, double seconds) const
+        void answer(const QColor &color, std::chrono::milliseconds took) const
         {
             QImage picture(requests.constLast().pixels, QImage::Format_RGB32);
             picture.fill(color);
-            Q_EMIT source->frameReady(picture, seconds);
+            Q_EMIT source->frameReady(picture, took);
         }
     };
 
@@ -125,12 +126,12 @@ TEST_F(Preview, AsksForOneFrameAfterTheOther)
     pass(5.0);
     EXPECT_EQ(requests(), 1) << "a slow frame is waited for";
 
-    source.answer(Qt::red, 0.002);
+    source.answer(Qt::red, 2ms);
     paint();
     EXPECT_EQ(shown(), QColor(Qt::red));
     pass(0.0);
     ASSERT_EQ(requests(), 2);
-    source.answer(Qt::blue, 0.002);
+    source.answer(Qt::blue, 2ms);
     paint();
     pass(0.010);
     EXPECT_EQ(requests(), 2) << "no more than sixty a second";
@@ -139,11 +140,11 @@ TEST_F(Preview, AsksForOneFrameAfterTheOther)
     EXPECT_NEAR(source.requests[2].time - source.requests[1].time, 0.020, 1e-6);
 
     for (int frame = 0; frame < 20; ++frame) {
-        source.answer(Qt::red, 0.2);
+        source.answer(Qt::red, 200ms);
         paint();
         pass(10.0);
     }
-    source.answer(Qt::red, 0.2);
+    source.answer(Qt::red, 200ms);
     paint();
     ASSERT_EQ(timers.control().scheduledIntervals().size(), 1);
     EXPECT_NEAR(timers.control().scheduledIntervals()[0], 0.4, 0.01) << "slow frames come rarely";
@@ -189,7 +190,7 @@ TEST_F(Preview, StandsStillWhileNobodyCanSeeIt)
         ASSERT_EQ(requests(), 1);
         row.leave(window, *page);
         paint();
-        source.answer(Qt::red, 0.001);
+        source.answer(Qt::red, 1ms);
         paint();
         pass(3600.0);
         EXPECT_EQ(requests(), 1);
@@ -258,7 +259,7 @@ TEST_F(Preview, GivesUpWhereNoFrameCanBeMade)
     play();
     paint();
     pass(0.1);
-    source.answer(Qt::red, 0.001);
+    source.answer(Qt::red, 1ms);
     paint();
     pass(0.1);
     ASSERT_EQ(requests(), 2);
@@ -279,13 +280,13 @@ TEST_F(Preview, DoesNotShowWhatPlayedBeforeForLong)
         play();
         paint();
         pass(0.1);
-        source.answer(Qt::red, 0.001);
+        source.answer(Qt::red, 1ms);
         EXPECT_EQ(shown(), QColor(Qt::red));
         play();
         EXPECT_EQ(shown(), QColor(Qt::red)) << "nothing flickers";
         pass(0.1);
         if (!isSlow)
-            source.answer(Qt::blue, 0.1);
+            source.answer(Qt::blue, 100ms);
         pass(1.0);
         EXPECT_EQ(shown(), isSlow ? background : QColor(Qt::blue));
     }

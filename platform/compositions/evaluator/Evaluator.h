@@ -3,6 +3,7 @@
 #include "compositions/drawing/Canvas.h"
 #include "compositions/evaluator/Context.h"
 #include "compositions/evaluator/Network.h"
+#include "compositions/model/FrameRequest.h"
 #include "compositions/model/Image.h"
 
 #include <QLocale>
@@ -22,14 +23,6 @@ struct EvaluatorOptions
     QTimeZone timeZone = QTimeZone::utc();
     /// Once somebody asks for it, on any thread, the frame that is being made ends early.
     std::stop_token stop = {};
-};
-
-/// What one frame is asked for.
-struct FrameRequest
-{
-    double time = 0.0;       ///< seconds since the composition started; never negative
-    double systemTime = 0.0; ///< seconds since 1 January 2001, 00:00 UTC
-    QSize pixels{640, 480};  ///< of the destination
 };
 
 /// Runs a composition frame by frame, without drawing anything itself.

@@ -11,8 +11,10 @@ class QJSEngine;
 namespace tarnwell::compositions {
 
 /// Runs the scripts of one composition, each in an engine of its own, and stops whatever takes
-/// longer than the time that all of them together have in a frame. No script reaches a file, the
-/// network or a timer: engines have nothing but the language.
+/// longer than the time that all of them together have in a frame, if the engine lets itself be
+/// interrupted: within its own functions it does not, and memory it takes without limit. Whoever
+/// runs strangers' scripts therefore does it in a process that may end. No script reaches a file,
+/// the network or a timer: engines have nothing but the language.
 class ScriptHost
 {
 public:

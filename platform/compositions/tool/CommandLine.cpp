@@ -15,15 +15,18 @@ using namespace Qt::StringLiterals;
 const char *const usage =
     "usage: tarnwell-composition FILE [--info] [--time SECONDS] [--size WIDTHxHEIGHT]\n"
     "                            [--set KEY=JSON]... [--png FILE] [--frames COUNT]\n"
-    "                            [--deadline SECONDS]\n"
+    "                            [--deadline SECONDS] [--unconfined]\n"
+    "       tarnwell-composition --confinement\n"
     "\n"
-    "  --info    print what the composition is made of, in JSON\n"
-    "  --time    the moment to show, in seconds from the start (default 0)\n"
-    "  --size    pixels of the picture (default 640x480)\n"
-    "  --set     give a published input a value, for example --set Text='\"hello\"'\n"
-    "  --png     draw one frame into a file\n"
-    "  --frames  draw so many frames and print how fast that was\n"
-    "  --deadline  how long one frame may take (default 20)\n"
+    "  --info         print what the composition is made of, in JSON\n"
+    "  --time         the moment to show, in seconds from the start (default 0)\n"
+    "  --size         pixels of the picture (default 640x480)\n"
+    "  --set          give a published input a value, for example --set Text='\"hello\"'\n"
+    "  --png          draw one frame into a file\n"
+    "  --frames       draw so many frames and print how fast that was\n"
+    "  --deadline     how long one frame may take (default 20)\n"
+    "  --unconfined   leave the player the rights to files, programs and sockets, to debug it\n"
+    "  --confinement  print whether this system can take those rights away\n"
     "\n"
     "exit status: 0 drawn, 1 not a composition, 2 usage, 3 not drawn: there is no OpenGL, the\n"
     "picture cannot be written, or the composition took too much time or memory or brought the\n"
@@ -107,6 +110,8 @@ std::optional<CommandLine> parseCommandLine(const QStringList &arguments, QStrin
         const QString &argument = arguments[i];
         if (argument == "--info"_L1) {
             line.showsInfo = true;
+        } else if (argument == "--unconfined"_L1) {
+            line.isUnconfined = true;
         } else if (valued.contains(argument)) {
             if (i + 1 >= arguments.size()) {
                 return fail(argument + u" wants a value"_s);

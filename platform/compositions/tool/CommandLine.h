@@ -16,6 +16,7 @@ struct CommandLine
 {
     QString file;
     bool showsInfo = false;
+    bool isUnconfined = false;
     double time = 0.0;
     QSize size{640, 480};
     std::vector<std::pair<QString, Value>> inputs;

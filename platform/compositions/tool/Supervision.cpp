@@ -1,5 +1,6 @@
 #include "compositions/tool/Supervision.h"
 
+#include "compositions/preview/Messages.h"
 #include "foundation/ForeignText.h"
 
 #include <QElapsedTimer>
@@ -26,9 +27,6 @@ namespace tarnwell::compositions {
 using namespace Qt::StringLiterals;
 
 namespace {
-
-/// How the process that works tells that its memory is used up: it has none left for a sentence.
-constexpr int memoryIsUsedUp = 113;
 
 double processorSeconds(pid_t process)
 {
@@ -77,7 +75,7 @@ QString fate(int status, bool isInTime, const Allowance &allowance)
         return u"brought the player down: %1"_s.arg(
             QString::fromLocal8Bit(::strsignal(WTERMSIG(status))));
     }
-    if (WEXITSTATUS(status) == memoryIsUsedUp) {
+    if (WEXITSTATUS(status) == preview::exitOutOfMemory) {
         return u"was ended because it wanted more than %1 MiB of memory"_s.arg(allowance.bytes /
                                                                                (1024 * 1024));
     }
@@ -105,18 +103,20 @@ int watch(pid_t process, int progress, const QString &composition, const Allowan
 
 [[noreturn]] void endForWantOfMemory()
 {
-    ::_exit(memoryIsUsedUp);
+    ::_exit(preview::exitOutOfMemory);
 }
 
 [[noreturn]] void terminate()
 {
     try {
-        std::rethrow_exception(std::current_exception());
+        if (const std::exception_ptr thrown = std::current_exception()) {
+            std::rethrow_exception(thrown);
+        }
     } catch (const std::bad_alloc &) {
         endForWantOfMemory();
     } catch (...) {
-        std::abort();
     }
+    std::abort();
 }
 
 } // namespace

@@ -1,12 +1,16 @@
+#include "compositions/confinement/Confinement.h"
 #include "compositions/evaluator/Report.h"
 #include "compositions/opengl/OffscreenDestination.h"
 #include "compositions/reader/CompositionReader.h"
 #include "compositions/tool/CommandLine.h"
+#include "compositions/tool/Server.h"
 #include "compositions/tool/Supervision.h"
 #include "foundation/BoundedFile.h"
 
 #include <QDateTime>
 #include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QImage>
 #include <QJsonDocument>
@@ -15,6 +19,7 @@
 
 namespace {
 
+using namespace Qt::StringLiterals;
 using namespace tarnwell::compositions;
 namespace foundation = tarnwell::foundation;
 
@@ -87,34 +92,70 @@ void playUpTo(Evaluator &evaluator, OffscreenDestination &destination, const Com
     play(line.time);
 }
 
-ExitStatus draw(Evaluator &evaluator, const CommandLine &line, const Progress &progress)
+bool draws(const CommandLine &line)
 {
-    QString error;
-    const auto destination = OffscreenDestination::create(line.size, &error);
-    if (!destination) {
-        return fail(CannotDraw, error);
+    return !line.showsInfo || !line.picture.isEmpty() || line.frames > 0;
+}
+
+/// What has to be opened before the process may open nothing any more.
+struct Resources
+{
+    QByteArray composition;
+    std::unique_ptr<OffscreenDestination> destination;
+    QFile picture;
+};
+
+ExitStatus open(const CommandLine &line, Resources &resources)
+{
+    foundation::FileReadError fileError;
+    auto bytes = foundation::readBoundedFile(line.file, largestFile, &fileError);
+    if (!bytes) {
+        return fail(NoComposition,
+                    QStringLiteral("%1: %2").arg(line.file, fileError.inWords(largestFile)));
     }
-    limitMemory(Allowance().bytes);
-    playUpTo(evaluator, *destination, line, progress);
-    if (!line.picture.isEmpty() && !destination->picture().save(line.picture, "PNG")) {
+    resources.composition = std::move(*bytes);
+    resources.picture.setFileName(line.picture);
+    if (!line.picture.isEmpty() && !resources.picture.open(QIODevice::ReadWrite)) {
+        return fail(CannotDraw, QStringLiteral("%1 cannot be written").arg(line.picture));
+    }
+    QString error;
+    if (draws(line)) {
+        resources.destination = OffscreenDestination::create(line.size, &error);
+        if (!resources.destination) {
+            return fail(CannotDraw, error);
+        }
+        loadBeforeConfinement();
+    }
+    return Drawn;
+}
+
+ExitStatus draw(Evaluator &evaluator, Resources &resources, const CommandLine &line,
+                const Progress &progress)
+{
+    playUpTo(evaluator, *resources.destination, line, progress);
+    if (!line.picture.isEmpty() &&
+        !(resources.picture.resize(0) &&
+          resources.destination->picture().save(&resources.picture, "PNG"))) {
         return fail(CannotDraw, QStringLiteral("%1 cannot be written").arg(line.picture));
     }
     if (line.frames > 0) {
-        measure(evaluator, *destination, line, progress);
+        measure(evaluator, *resources.destination, line, progress);
     }
     return Drawn;
 }
 
 ExitStatus run(const CommandLine &line, const Progress &progress)
 {
-    foundation::FileReadError fileError;
-    const auto bytes = foundation::readBoundedFile(line.file, largestFile, &fileError);
-    if (!bytes) {
-        return fail(NoComposition,
-                    QStringLiteral("%1: %2").arg(line.file, fileError.inWords(largestFile)));
+    Resources resources;
+    if (const ExitStatus status = open(line, resources); status != Drawn) {
+        return status;
+    }
+    limitMemory(Allowance().bytes);
+    if (!line.isUnconfined) {
+        confine();
     }
     QString error;
-    const auto composition = readComposition(*bytes, &error);
+    const auto composition = readComposition(resources.composition, &error);
     if (!composition) {
         return fail(NoComposition,
                     QStringLiteral("%1 is no composition: %2").arg(line.file, error));
@@ -130,17 +171,14 @@ ExitStatus run(const CommandLine &line, const Progress &progress)
     if (line.showsInfo) {
         std::fputs(QJsonDocument(describe(evaluator)).toJson().constData(), stdout);
         std::fflush(stdout);
-        if (line.picture.isEmpty() && line.frames == 0) {
-            return Drawn;
-        }
     }
-    return draw(evaluator, line, progress);
+    return draws(line) ? draw(evaluator, resources, line, progress) : Drawn;
 }
 
 ExitStatus runWithApplication(int argc, char **argv, const CommandLine &line,
                               const Progress &progress)
 {
-    if (line.showsInfo && line.picture.isEmpty() && line.frames == 0) {
+    if (!draws(line)) {
         const QCoreApplication application(argc, argv);
         return run(line, progress);
     }
@@ -161,6 +199,21 @@ int main(int argc, char **argv)
         arguments.append(QString::fromLocal8Bit(argv[i]));
     }
     QString error;
+    // What the pane starts; nobody types it, as the number is that of a descriptor.
+    if (arguments.size() == 2 && arguments.first() == "--serve"_L1) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        qputenv("MESA_SHADER_CACHE_DISABLE", "true");
+        const QGuiApplication application(argc, argv);
+        serve(arguments.last().toInt());
+    }
+    if (arguments == QStringList(u"--confinement"_s)) {
+        const QStringList lacks = confine();
+        for (const QString &lack : lacks) {
+            std::printf("%s\n", qPrintable(lack));
+        }
+        std::puts(lacks.isEmpty() ? "confined" : "not wholly confined");
+        return lacks.isEmpty() ? Drawn : CannotDraw;
+    }
     const auto line = parseCommandLine(arguments, &error);
     if (!line) {
         std::fprintf(stderr, "tarnwell-composition: %s\n%s", qPrintable(error), usage);
@@ -168,7 +221,13 @@ int main(int argc, char **argv)
     }
     Allowance allowance;
     allowance.secondsOfAFrame = line->deadline.value_or(allowance.secondsOfAFrame);
-    return runSupervised(line->file, allowance, CannotDraw, [&](const Progress &progress) {
-        return runWithApplication(argc, argv, *line, progress);
-    });
+    const bool isNewPicture = !line->picture.isEmpty() && !QFileInfo::exists(line->picture);
+    const int status =
+        runSupervised(line->file, allowance, CannotDraw, [&](const Progress &progress) {
+            return runWithApplication(argc, argv, *line, progress);
+        });
+    if (status != Drawn && isNewPicture) {
+        QFile::remove(line->picture);
+    }
+    return status;
 }
