@@ -40,10 +40,9 @@ QString spokenMenuPath(const plist::Dictionary &item)
     return menuPath(item).join(u", "_s);
 }
 
-std::optional<foundation::StyledString> shortcutCellValue(const ShortcutRow &row,
-                                                          int columnIdentifier)
+std::optional<foundation::StyledString> shortcutCellText(const ShortcutRow &row,
+                                                         int columnIdentifier)
 {
-    TARNWELL_SYSTEM_LOG(u"Dict: %1"_s.arg(description(row)));
     switch (static_cast<ShortcutColumn>(columnIdentifier)) {
     case ShortcutColumn::MenuItem: {
         const QString path = menuPathText(row.item);
@@ -57,6 +56,13 @@ std::optional<foundation::StyledString> shortcutCellValue(const ShortcutRow &row
         return SmallFontFor(text(row.parentTitle), true, false);
     }
     return std::nullopt;
+}
+
+std::optional<foundation::StyledString> shortcutCellValue(const ShortcutRow &row,
+                                                          int columnIdentifier)
+{
+    TARNWELL_SYSTEM_DETAIL(u"Dict: %1"_s.arg(description(row)));
+    return shortcutCellText(row, columnIdentifier);
 }
 
 } // namespace tarnwell::shortcuts

@@ -17,6 +17,10 @@ QString menuPathText(const plist::Dictionary &item);
 QString spokenMenuPath(const plist::Dictionary &item);
 
 /// What a cell shows; nothing in a column that the table does not know.
+std::optional<foundation::StyledString> shortcutCellText(const ShortcutRow &row,
+                                                         int columnIdentifier);
+
+/// The same for who draws the cell: the log's details say of which row it is.
 std::optional<foundation::StyledString> shortcutCellValue(const ShortcutRow &row,
                                                           int columnIdentifier);
 

@@ -116,7 +116,7 @@ private:
         fillModifiers(row.originalModifiers, command.value(record::modifiers));
         logCommand(u"o:%1:%2:%3"_s, keyCode, commandKey);
         row.originalTranslatedKey = m_translator.display(command);
-        TARNWELL_SYSTEM_LOG(u"\"......%1......\" is %2"_s.arg(
+        TARNWELL_SYSTEM_DETAIL(u"\"......%1......\" is %2"_s.arg(
             row.originalTranslatedKey.text(), QString::number(row.originalTranslatedKey.length())));
     }
 
@@ -136,7 +136,7 @@ private:
     void logCommand(const QString &format, const plist::Value &keyCode,
                     const plist::Value &commandKey)
     {
-        TARNWELL_SYSTEM_LOG(
+        TARNWELL_SYSTEM_DETAIL(
             format.arg(printed(keyCode), printed(commandKey),
                        m_translator.fingerprint(keyCode, commandKey).value_or(u"(null)"_s)));
     }

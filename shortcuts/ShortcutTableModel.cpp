@@ -117,8 +117,10 @@ QVariant ShortcutTableModel::data(const QModelIndex &index, int role) const
     if (!wanted)
         return {};
     const int column = m_columns.at(index.column());
+    // Only the styled text is what is drawn; the other roles ask for the same cell again.
     const std::optional<foundation::StyledString> value =
-        shortcutCellValue(shownRow(index.row()), column);
+        role == StyledStringRole ? shortcutCellValue(shownRow(index.row()), column)
+                                 : shortcutCellText(shownRow(index.row()), column);
     if (!value)
         return {};
     const foundation::StyledString cell = shownCell(*value);

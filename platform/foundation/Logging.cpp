@@ -2,7 +2,7 @@
 
 namespace tarnwell::foundation {
 
-Q_LOGGING_CATEGORY(systemLogCategory, "tarnwell.system")
-Q_LOGGING_CATEGORY(zokLogCategory, "tarnwell.zok")
+Q_LOGGING_CATEGORY(systemLogCategory, "tarnwell.system", QtInfoMsg)
+Q_LOGGING_CATEGORY(zokLogCategory, "tarnwell.zok", QtInfoMsg)
 
 } // namespace tarnwell::foundation

@@ -9,13 +9,21 @@ namespace tarnwell::tests {
 class CapturedLog
 {
 public:
-    CapturedLog()
+    enum Details { WithoutDetails, WithDetails };
+
+    explicit CapturedLog(Details details = WithoutDetails)
     {
         s_lines.clear();
+        if (details == WithDetails)
+            QLoggingCategory::setFilterRules(QStringLiteral("tarnwell.*.debug=true"));
         m_previous = qInstallMessageHandler([](QtMsgType, const QMessageLogContext &,
                                                const QString &text) { s_lines.append(text); });
     }
-    ~CapturedLog() { qInstallMessageHandler(m_previous); }
+    ~CapturedLog()
+    {
+        qInstallMessageHandler(m_previous);
+        QLoggingCategory::setFilterRules({});
+    }
     Q_DISABLE_COPY_MOVE(CapturedLog)
 
     QStringList containing(const QString &part) const { return s_lines.filter(part); }

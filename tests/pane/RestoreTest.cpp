@@ -1,5 +1,6 @@
 #include "desktop/CapturedLog.h"
 #include "shortcuts/ShortcutArchive.h"
+#include "shortcuts/ShortcutTableModel.h"
 #include "support/PaneFixture.h"
 #include "support/ShortcutRecords.h"
 
@@ -351,9 +352,11 @@ TEST_F(Restore, LogsWhatItMeetsAndDoes)
         {{u"com.example.scribe"_s, items({changed(u"Save"_s), plist::Value(incomplete)})},
          {u"com.example.abacus"_s, items({changed(u"Add"_s)})},
          {u"com.example.none"_s, items({changed(u"Same"_s, 0x0B, 0x0B)})}});
-    const CapturedLog log;
+    const CapturedLog log(CapturedLog::WithDetails);
     showPane();
     EXPECT_EQ(pane->scTable()->model()->index(0, 0).data().toString(), u"Add"_s);
+    const int drawn = shortcuts::ShortcutTableModel::StyledStringRole;
+    EXPECT_TRUE(pane->scTable()->model()->index(0, 0).data(drawn).isValid());
     select(u"Add"_s);
     pane->scRestoreButton()->click();
     sheetsControl.answer(1);

@@ -1,4 +1,6 @@
 #include "shortcuts/ShortcutTableModel.h"
+
+#include "desktop/CapturedLog.h"
 #include "support/PaneFixture.h"
 #include "support/ShortcutRecords.h"
 #include "support/StrangersNames.h"
@@ -205,6 +207,22 @@ TEST_F(ShortcutsPage, RefreshFollowsThePluginAndWritesNothing)
     EXPECT_EQ(shownItems(), (QStringList{u"Close"_s, u"Save"_s}));
     const plist::Dictionary left = stored(u"MenuShortcuts"_s).toDictionary();
     EXPECT_FALSE(left.contains(u"com.example.nothing"));
+}
+
+TEST_F(ShortcutsPage, LogsTheDetailsOfRowsAndCellsOnceAndOnlyWhenAsked)
+{
+    storeShortcuts({{u"com.example.scribe"_s, application({u"Save"_s})}});
+    showPane();
+    using Model = shortcuts::ShortcutTableModel;
+    for (const auto details : {CapturedLog::WithoutDetails, CapturedLog::WithDetails}) {
+        const CapturedLog log(details);
+        for (const int role : {int(Qt::DisplayRole), int(Model::StyledStringRole),
+                               int(Qt::AccessibleTextRole), int(Qt::ToolTipRole)})
+            EXPECT_TRUE(pane->scTable()->model()->index(0, 0).data(role).isValid());
+        EXPECT_EQ(log.lines().size(), details == CapturedLog::WithDetails ? 1 : 0);
+        postRefresh();
+        EXPECT_EQ(log.containing(u"......"_s).isEmpty(), details != CapturedLog::WithDetails);
+    }
 }
 
 TEST_F(ShortcutsPage, SelectionGoesWithItsItem)
