@@ -1,6 +1,7 @@
 // tarnwell-settings: shows a settings pane in a window of its own.
 
 #include "foundation/HomeFolder.h"
+#include "foundation/StandardErrorLog.h"
 #include "host/Application.h"
 #include "host/ColorScheme.h"
 #include "host/DesktopColorScheme.h"
@@ -97,6 +98,8 @@ void startLateServices(host::Application &application, host::WindowIcon &icon,
 
 int main(int argc, char **argv)
 {
+    foundation::secureStandardStreams();
+    const foundation::StandardErrorLog log;
     // Whatever can be said without a display is said before one is opened.
     const auto options = host::parseOptions(host::commandLine(argc, argv));
     if (options.help) {

@@ -13,6 +13,7 @@
 #include "desktop/WindowActivation.h"
 #include "desktop/XkbKeyboardLayouts.h"
 #include "foundation/HomeFolder.h"
+#include "foundation/StandardErrorLog.h"
 #include "host/ColorScheme.h"
 #include "host/DesktopColorScheme.h"
 #include "host/Displays.h"
@@ -163,6 +164,8 @@ int run(const tutorial::Options &options)
 
 int main(int argc, char **argv)
 {
+    foundation::secureStandardStreams();
+    const foundation::StandardErrorLog log;
     foundation::provideHome();
     const tutorial::Options options = tutorial::parseOptions(
         host::commandLine(argc, argv), QProcessEnvironment::systemEnvironment());

@@ -7,6 +7,7 @@
 #include "desktop/SystemClock.h"
 #include "foundation/Bundle.h"
 #include "foundation/HomeFolder.h"
+#include "foundation/StandardErrorLog.h"
 #include "samples/updater/Check.h"
 #include "samples/updater/Options.h"
 #include "update/UpdateModule.h"
@@ -19,6 +20,9 @@ using namespace tarnwell;
 
 int main(int argc, char **argv)
 {
+    // The pane that started it may be gone, and its log with it, before the check is over.
+    foundation::secureStandardStreams();
+    const foundation::StandardErrorLog log;
     foundation::provideHome();
     QCoreApplication application(argc, argv);
     const auto options = samples::parseOptions(QCoreApplication::arguments().mid(1),

@@ -5,6 +5,7 @@
 #include "ui/InterfaceFile.h"
 #include "ui/PreferencePane.h"
 
+#include <QDebug>
 #include <QLabel>
 #include <QPointer>
 #include <QWidget>
@@ -60,6 +61,8 @@ public:
     {
         say("mainViewDidLoad");
         throwAt(u"ThrowingInMainViewDidLoad"_s);
+        if (m_behaviour == "Talkative"_L1)
+            talk();
         if (m_behaviour == "ThrowingLater"_L1)
             QMetaObject::invokeMethod(
                 this, [] { throw std::runtime_error("later"); }, Qt::QueuedConnection);
@@ -77,6 +80,14 @@ public:
     void willEnd() override { say("willEnd"); }
 
 private:
+    /// More than any pipe takes, and a name that would forge a line and clear the terminal.
+    static void talk()
+    {
+        qWarning().noquote() << u"shown as \nforged: \u001b[2Jname"_s;
+        for (int i = 0; i < 2000; ++i)
+            qWarning().noquote() << u"x"_s.repeated(i == 0 ? 1000000 : 1000);
+    }
+
     void throwAt(const QString &step) const
     {
         if (m_behaviour == step)

@@ -10,6 +10,8 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <fcntl.h>
+#include <functional>
 #include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -69,9 +71,12 @@ public:
     /// An environment's changed variables; a null value takes one away.
     using Variables = QList<std::pair<QString, QString>>;
 
-    HostRun run(const QStringList &further = {}, const Variables &changes = {}) const
+    HostRun run(const QStringList &further = {}, const Variables &changes = {},
+                const std::function<void()> &prepareChild = {}) const
     {
         QProcess process;
+        if (prepareChild)
+            process.setChildProcessModifier(prepareChild);
         auto environment = QProcessEnvironment::systemEnvironment();
         environment.remove(u"DISPLAY"_s);
         environment.remove(u"WAYLAND_DISPLAY"_s);
@@ -378,6 +383,51 @@ TEST(HostProcess, ReportsPicturesThatCannotBeWritten)
     const HostRun run = host.run({u"--shots"_s, host.bundle() + u"/Contents/file"_s});
     EXPECT_EQ(run.status, 1);
     EXPECT_TRUE(run.errors.contains(u"Cannot write"_s));
+}
+
+TEST(HostProcess, OutlivesWhoeverShouldReadItsLog)
+{
+    Host host;
+    host.writeInfo(u"Talkative"_s);
+    host.putExecutable(u"right_pane.so"_s);
+    int nobodyReads[2], stalled[2];
+    ASSERT_EQ(::pipe2(nobodyReads, O_CLOEXEC), 0);
+    ASSERT_EQ(::pipe2(stalled, O_CLOEXEC), 0);
+    ::close(nobodyReads[0]);
+    const auto errorsTo = [](int descriptor) {
+        return [descriptor] { ::dup2(descriptor, STDERR_FILENO); };
+    };
+    struct Row
+    {
+        const char *name;
+        std::function<void()> prepareChild;
+    };
+    const Row rows[] = {
+        {"nobody reads", errorsTo(nobodyReads[1])},
+        {"a reader that stalls", errorsTo(stalled[1])},
+        {"a full disk", [] { ::dup2(::open("/dev/full", O_WRONLY), STDERR_FILENO); }},
+        {"closed", [] { ::close(STDERR_FILENO); }},
+    };
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        const HostRun run = host.run({u"--shots"_s, host.shots()}, {}, row.prepareChild);
+        EXPECT_FALSE(run.crashed);
+        EXPECT_EQ(run.status, 0);
+        EXPECT_EQ(host.shotNames().size(), 2);
+    }
+    for (const int descriptor : {nobodyReads[1], stalled[0], stalled[1]})
+        ::close(descriptor);
+}
+
+TEST(HostProcess, LogsOneBoundedLineAMessage)
+{
+    Host host;
+    host.writeInfo(u"Talkative"_s);
+    host.putExecutable(u"right_pane.so"_s);
+    const QStringList lines = host.runShots().errors.split(u'\n');
+    EXPECT_TRUE(lines.contains(u"shown as \\nforged: \\u{001B}[2Jname"_s)) << qPrintable(lines[0]);
+    for (const QString &line : lines)
+        EXPECT_LE(line.size(), 2100);
 }
 
 TEST(HostProcess, RefusesACommandLineItDoesNotKnow)

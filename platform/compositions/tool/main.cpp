@@ -6,6 +6,8 @@
 #include "compositions/tool/Server.h"
 #include "compositions/tool/Supervision.h"
 #include "foundation/BoundedFile.h"
+#include "foundation/ForeignText.h"
+#include "foundation/StandardErrorLog.h"
 
 #include <QDateTime>
 #include <QElapsedTimer>
@@ -32,7 +34,8 @@ constexpr qint64 largestFile = 512LL * 1024 * 1024;
 
 ExitStatus fail(ExitStatus status, const QString &reason)
 {
-    std::fprintf(stderr, "tarnwell-composition: %s\n", qPrintable(reason));
+    std::fprintf(stderr, "tarnwell-composition: %s\n",
+                 qPrintable(foundation::loggedText(reason)));
     return status;
 }
 
@@ -178,6 +181,9 @@ ExitStatus run(const CommandLine &line, const Progress &progress)
 ExitStatus runWithApplication(int argc, char **argv, const CommandLine &line,
                               const Progress &progress)
 {
+    // What a script of a composition throws is logged: a stranger's text of any length. The log has
+    // a thread, so it is begun in the process that does the work.
+    const foundation::StandardErrorLog log;
     if (!draws(line)) {
         const QCoreApplication application(argc, argv);
         return run(line, progress);
@@ -194,6 +200,7 @@ ExitStatus runWithApplication(int argc, char **argv, const CommandLine &line,
 
 int main(int argc, char **argv)
 {
+    foundation::secureStandardStreams();
     QStringList arguments;
     for (int i = 1; i < argc; ++i) {
         arguments.append(QString::fromLocal8Bit(argv[i]));
@@ -203,6 +210,7 @@ int main(int argc, char **argv)
     if (arguments.size() == 2 && arguments.first() == "--serve"_L1) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
         qputenv("MESA_SHADER_CACHE_DISABLE", "true");
+        const foundation::StandardErrorLog log;
         const QGuiApplication application(argc, argv);
         serve(arguments.last().toInt());
     }
@@ -216,7 +224,8 @@ int main(int argc, char **argv)
     }
     const auto line = parseCommandLine(arguments, &error);
     if (!line) {
-        std::fprintf(stderr, "tarnwell-composition: %s\n%s", qPrintable(error), usage);
+        std::fprintf(stderr, "tarnwell-composition: %s\n%s",
+                     qPrintable(foundation::loggedText(error)), usage);
         return Usage;
     }
     Allowance allowance;
