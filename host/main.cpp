@@ -13,6 +13,7 @@
 #include "host/PaneText.h"
 #include "host/PaneWindow.h"
 #include "host/Shots.h"
+#include "host/SilentBusGuard.h"
 #include "host/WindowIcon.h"
 
 #include <QDir>
@@ -122,7 +123,9 @@ int main(int argc, char **argv)
         return 1;
     }
 
+    const host::SilentBusGuard busGuard;
     host::Application application(argc, argv);
+    busGuard.settle();
     QCoreApplication::setApplicationName(u"tarnwell-settings"_s);
     QCoreApplication::setApplicationVersion(QLatin1StringView(TARNWELL_VERSION));
     QGuiApplication::setDesktopFileName(u"tarnwell-settings"_s);

@@ -121,9 +121,9 @@ void TarnwellPref::mainViewDidLoad()
         [this](const ports::Notification &notification) {
             applicationDidBecomeActive(notification);
         }));
-    m_observations.push_back(m_desktop.distributedNotifications.addObserver(
-        u"com.varnit.tarnwell.refresh"_s, std::nullopt,
-        [this](const ports::Notification &notification) { tarnwellUpdate(notification); }));
+    // Everything is read again, so that one look serves all the refreshes that wait.
+    m_observations.push_back(m_desktop.distributedNotifications.addMergingObserver(
+        u"com.varnit.tarnwell.refresh"_s, [this] { refreshWithoutWriting(); }));
     // Every shortcut shows the characters of the layout that types now.
     connect(&m_desktop.keyboardLayouts, &ports::KeyboardLayouts::currentKeyboardLayoutChanged, this,
             &TarnwellPref::refreshWithoutWriting);

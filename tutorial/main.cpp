@@ -17,6 +17,7 @@
 #include "host/ColorScheme.h"
 #include "host/DesktopColorScheme.h"
 #include "host/Displays.h"
+#include "host/SilentBusGuard.h"
 #include "prefs/ApplicationIdentity.h"
 #include "prefs/ApplicationSettings.h"
 #include "prefs/PreferenceKeys.h"
@@ -179,7 +180,9 @@ int main(int argc, char **argv)
         print(stderr, problem + u'\n');
         return 1;
     }
+    const host::SilentBusGuard busGuard;
     const QApplication application(argc, argv);
+    busGuard.settle();
     QApplication::setApplicationDisplayName(u"Tarnwell Tutorial"_s);
     QGuiApplication::setDesktopFileName(u"tarnwell-tutorial"_s);
     return run(options);

@@ -7,7 +7,10 @@
 #include <QDBusMessage>
 #include <QDBusPendingCall>
 #include <QDBusPendingCallWatcher>
+#include <QThread>
 
+#include <atomic>
+#include <memory>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -43,20 +46,36 @@ void DesktopGlobalShortcuts::findHolder(const ports::KeyCombination &combination
     m_combination = combination;
     m_answer = std::move(answer);
     const quint64 question = ++m_question;
-    const auto begin = [this, question] {
+    const auto beginUnlessObsolete = [this, question] {
         if (question == m_question)
-            askStep(connectToBus() ? Kde : Gnome);
+            begin();
     };
-    QMetaObject::invokeMethod(this, begin, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, beginUnlessObsolete, Qt::QueuedConnection);
 }
 
-bool DesktopGlobalShortcuts::connectToBus()
+void DesktopGlobalShortcuts::begin()
+{
+    const QString address = sessionBusAddress();
+    if (address.isEmpty() || (m_bus && m_bus->isConnected())) {
+        askStep(address.isEmpty() ? Gnome : Kde);
+        return;
+    }
+    // Connecting to a bus that does not answer would never come to an end.
+    const auto isSilent = std::make_shared<std::atomic<bool>>(true);
+    QThread *const thread =
+        QThread::create([address, isSilent] { *isSilent = isSilentBus(address, patience); });
+    connect(thread, &QThread::finished, this, [this, address, isSilent, question = m_question] {
+        if (question == m_question)
+            askStep(!*isSilent && connectToBus(address) ? Kde : Gnome);
+    });
+    connect(thread, &QThread::finished, thread, &QObject::deleteLater);
+    thread->start();
+}
+
+bool DesktopGlobalShortcuts::connectToBus(const QString &address)
 {
     if (m_bus && m_bus->isConnected())
         return true;
-    const QString address = sessionBusAddress();
-    if (address.isEmpty())
-        return false;
     if (m_bus)
         QDBusConnection::disconnectFromBus(connectionName(this));
     m_bus = QDBusConnection::connectToBus(address, connectionName(this));

@@ -16,7 +16,7 @@ namespace tarnwell::desktop {
 /// are not started for it, and, where GNOME or a relative of it runs, its settings.
 ///
 /// Nothing is connected before the first question, and no answer is waited for longer than two
-/// seconds. Main thread only.
+/// seconds, nor with the event loop standing still. Main thread only.
 class DesktopGlobalShortcuts final : public QObject, public ports::GlobalShortcuts
 {
     Q_OBJECT
@@ -31,7 +31,8 @@ private:
     using Holder = std::optional<ports::GlobalShortcutHolder>;
     using Reader = std::function<Holder(const QDBusMessage &reply)>;
 
-    bool connectToBus();
+    void begin();
+    bool connectToBus(const QString &address);
     void askStep(int step);
     void askOverBus(const QDBusMessage &question, int step, const Reader &read);
     void finish(const Holder &holder);

@@ -2,24 +2,47 @@
 
 #include "foundation/Logging.h"
 
-#include <bit>
+#include <QElapsedTimer>
+
+#include <algorithm>
 
 namespace tarnwell::desktop {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+/// How many times as long as a handler took the loop is left to others, and how long at most, in
+/// milliseconds.
+constexpr qint64 breathingSpace = 3;
+constexpr qint64 longestPause = 100;
+
+/// The first of a kind is logged, and then every hundred times as many: one line a flood.
+constexpr quint64 loggedGrowth = 100;
+
+} // namespace
+
 DistributedNotifications::DistributedNotifications(ports::Timers &timers, const QString &busAddress)
-    : m_bus(timers, busAddress)
+    : m_inbox(std::make_shared<NotificationInbox>())
+    , m_bus(timers, m_inbox, busAddress)
 {
-    connect(&m_bus, &NotificationBus::received, this, &DistributedNotifications::takeArguments);
-    // A timer comes after all the events that wait already, and so after the whole of a burst.
     m_delivery.setSingleShot(true);
-    m_delivery.setInterval(0);
-    connect(&m_delivery, &QTimer::timeout, this, &DistributedNotifications::deliverWaiting);
+    connect(&m_delivery, &QTimer::timeout, this, &DistributedNotifications::deliverNext);
+    // A timer comes after all the events that wait already.
+    m_inbox->setWakeUp([this] {
+        QMetaObject::invokeMethod(
+            this, [this] { m_delivery.start(0); }, Qt::QueuedConnection);
+    });
+    m_observers.setChangeHandler([this] { m_inbox->setInterests(m_observers.interests()); });
     connect(&m_bus, &NotificationBus::joined, this, [this] {
         if (m_missedNotifications && !m_observers.isEmpty())
             m_missedNotifications();
     });
+}
+
+DistributedNotifications::~DistributedNotifications()
+{
+    m_inbox->setWakeUp({}); // the thread may go on for a moment
 }
 
 std::unique_ptr<ports::Observation>
@@ -30,17 +53,22 @@ DistributedNotifications::addObserver(const QString &name, const std::optional<Q
     return m_observers.add(name, object, std::move(handler));
 }
 
+std::unique_ptr<ports::Observation>
+DistributedNotifications::addMergingObserver(const QString &name, std::function<void()> handler)
+{
+    m_bus.joinSoon();
+    return m_observers.addMerging(name, std::move(handler));
+}
+
 void DistributedNotifications::post(const ports::Notification &notification)
 {
-    enqueue(notification);
+    m_inbox->post(notification);
     const NotificationEnvelope envelope = envelopeFor(notification);
     // What every receiver would drop need not travel.
-    if (envelope.name.size() + envelope.object.size() + envelope.userInfoText.size() >
-        maximumNotificationText) {
-        noteMalformed(Malformation::Size);
-        return;
-    }
-    m_bus.send(envelope);
+    if (envelope.size() > maximumNotificationText)
+        m_inbox->noteMalformed(Malformation::Size);
+    else
+        m_bus.send(envelope);
 }
 
 void DistributedNotifications::setMissedNotificationsHandler(std::function<void()> handler)
@@ -48,31 +76,21 @@ void DistributedNotifications::setMissedNotificationsHandler(std::function<void(
     m_missedNotifications = std::move(handler);
 }
 
-void DistributedNotifications::takeArguments(const QVariantList &arguments)
+void DistributedNotifications::noteMalformed()
 {
-    const auto envelope = envelopeOf(arguments);
-    if (const auto *const malformation = std::get_if<Malformation>(&envelope)) {
-        noteMalformed(*malformation);
-        return;
+    const NotificationInbox::MalformedCounts counts = m_inbox->malformedCounts();
+    for (size_t kind = 0; kind < counts.size(); ++kind) {
+        quint64 next = 1;
+        while (next <= m_knownMalformed[kind])
+            next *= loggedGrowth;
+        if (counts[kind] >= next)
+            noteMalformed(Malformation(kind), counts[kind]);
     }
-    const auto &read = std::get<NotificationEnvelope>(envelope);
-    // The user info of what nobody here wants to hear is not even read.
-    if (!m_observers.hasObserver(read.name, read.object))
-        return;
-    const auto notification = notificationOf(read);
-    if (const auto *const malformation = std::get_if<Malformation>(&notification))
-        noteMalformed(*malformation);
-    else
-        enqueue(std::get<ports::Notification>(notification));
+    m_knownMalformed = counts;
 }
 
-/// Logs the first of a kind, the second, the fourth and so on, so that a sender gone wild does not
-/// fill the log.
-void DistributedNotifications::noteMalformed(Malformation malformation)
+void DistributedNotifications::noteMalformed(Malformation malformation, quint64 count)
 {
-    const quint64 count = ++m_malformedCounts[size_t(malformation)];
-    if (!std::has_single_bit(count))
-        return;
     const auto reason = [malformation] {
         switch (malformation) {
         case Malformation::Arguments:
@@ -87,24 +105,18 @@ void DistributedNotifications::noteMalformed(Malformation malformation)
     TARNWELL_SYSTEM_LOG(u"A notification is dropped, %1 (%2 so far)."_s.arg(reason()).arg(count));
 }
 
-void DistributedNotifications::enqueue(const ports::Notification &notification)
+void DistributedNotifications::deliverNext()
 {
-    if (m_queue.append(notification))
-        m_delivery.start();
-}
-
-void DistributedNotifications::deliverWaiting()
-{
-    // What handlers post waits for the next turn.
-    for (qsizetype left = m_queue.size(); left > 0 && !m_queue.isEmpty(); --left) {
-        const ports::Notification notification = m_queue.takeFirst();
-        // A handler may run an event loop of its own, which then delivers the rest.
-        if (!m_queue.isEmpty())
-            m_delivery.start();
-        m_observers.deliver(notification);
-    }
-    if (m_queue.isEmpty())
-        m_delivery.stop();
+    noteMalformed();
+    const std::optional<ports::Notification> next = m_inbox->takeFirst();
+    if (!next)
+        return;
+    // A handler may run an event loop of its own, which then delivers the rest.
+    m_delivery.start(0);
+    QElapsedTimer timer;
+    timer.start();
+    m_observers.deliver(*next);
+    m_delivery.start(int(std::min(breathingSpace * timer.elapsed(), longestPause)));
 }
 
 } // namespace tarnwell::desktop

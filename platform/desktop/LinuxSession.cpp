@@ -1,5 +1,6 @@
 #include "desktop/LinuxSession.h"
 
+#include "desktop/SessionBus.h"
 #include "foundation/BoundedFile.h"
 #include "ports/Clock.h"
 
@@ -60,9 +61,11 @@ std::optional<double> LinuxSession::loginTimeOfService() const
 {
     // The question is asked once in a process's life, so the connection is given back at once.
     const QString name = u"tarnwell-session"_s;
-    QDBusConnection bus = m_busAddress.isEmpty()
-                              ? QDBusConnection::connectToBus(QDBusConnection::SystemBus, name)
-                              : QDBusConnection::connectToBus(m_busAddress, name);
+    const QString address = m_busAddress.isEmpty() ? systemBusAddress() : m_busAddress;
+    // The toolkit would wait for ever.
+    if (isSilentBus(address, m_patience))
+        return std::nullopt;
+    QDBusConnection bus = QDBusConnection::connectToBus(address, name);
     std::optional<double> result;
     if (bus.isConnected()) {
         // "auto" is the session of whoever asks, or else the one that the user looks at.

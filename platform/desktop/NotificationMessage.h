@@ -2,7 +2,7 @@
 
 #include "ports/NotificationCenter.h"
 
-#include <QVariantList>
+#include <QByteArray>
 
 #include <variant>
 
@@ -15,18 +15,20 @@ enum class Malformation {
     Size       ///< more text than maximumNotificationText
 };
 
-/// Characters that a notification's three strings may have together.
-inline constexpr qsizetype maximumNotificationText = 1024 * 1024;
+/// Bytes of UTF-8 that a notification's three strings may have together. Reading the worst user
+/// info of this size takes a few milliseconds and megabytes.
+inline constexpr qsizetype maximumNotificationText = qsizetype(64) * 1024;
 
 /// What is known of a notification before its user info is read.
 struct NotificationEnvelope
 {
     QString name;
     QString object;
-    QString userInfoText;
+    QByteArray userInfoText; ///< an XML property list, or empty
+
+    qsizetype size() const; ///< as maximumNotificationText counts it
 };
 
-std::variant<NotificationEnvelope, Malformation> envelopeOf(const QVariantList &arguments);
 std::variant<ports::Notification, Malformation>
 notificationOf(const NotificationEnvelope &envelope);
 

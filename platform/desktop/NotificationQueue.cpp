@@ -7,21 +7,28 @@ NotificationQueue::Subject NotificationQueue::subjectOf(const ports::Notificatio
     return {notification.name, notification.object};
 }
 
-bool NotificationQueue::append(const ports::Notification &notification)
+bool NotificationQueue::contains(const ports::Notification &notification) const
 {
-    const Subject subject = subjectOf(notification);
-    if (const auto latest = m_latestNumber.constFind(subject); latest != m_latestNumber.cend()) {
-        if (m_waiting[size_t(*latest - m_firstNumber)].userInfo == notification.userInfo)
-            return false;
-    }
-    m_latestNumber.insert(subject, m_firstNumber + m_waiting.size());
-    m_waiting.push_back(notification);
+    const auto latest = m_latestNumber.constFind(subjectOf(notification));
+    return latest != m_latestNumber.cend() &&
+           m_waiting[size_t(*latest - m_firstNumber)].notification.userInfo ==
+               notification.userInfo;
+}
+
+bool NotificationQueue::append(const ports::Notification &notification, qsizetype cost)
+{
+    if (contains(notification))
+        return false;
+    m_latestNumber.insert(subjectOf(notification), m_firstNumber + m_waiting.size());
+    m_waiting.push_back({notification, cost});
+    m_cost += cost;
     return true;
 }
 
 ports::Notification NotificationQueue::takeFirst()
 {
-    ports::Notification first = std::move(m_waiting.front());
+    ports::Notification first = std::move(m_waiting.front().notification);
+    m_cost -= m_waiting.front().cost;
     m_waiting.pop_front();
     if (const auto latest = m_latestNumber.constFind(subjectOf(first)); *latest == m_firstNumber)
         m_latestNumber.erase(latest);

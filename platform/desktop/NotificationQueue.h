@@ -14,11 +14,16 @@ namespace tarnwell::desktop {
 class NotificationQueue
 {
 public:
-    /// Whether the notification was added, and not left out.
-    bool append(const ports::Notification &notification);
+    /// Whether the notification was added, and not left out. The cost is what it counts for as
+    /// long as it waits.
+    bool append(const ports::Notification &notification, qsizetype cost = 0);
+
+    /// Whether the last waiting one of its name and object says the same.
+    bool contains(const ports::Notification &notification) const;
 
     bool isEmpty() const { return m_waiting.empty(); }
     qsizetype size() const { return qsizetype(m_waiting.size()); }
+    qsizetype cost() const { return m_cost; } ///< of all that wait
 
     /// Must not be called on an empty queue.
     ports::Notification takeFirst();
@@ -26,9 +31,16 @@ public:
 private:
     using Subject = std::pair<QString, QString>;
 
+    struct Entry
+    {
+        ports::Notification notification;
+        qsizetype cost;
+    };
+
     static Subject subjectOf(const ports::Notification &notification);
 
-    std::deque<ports::Notification> m_waiting;
+    std::deque<Entry> m_waiting;
+    qsizetype m_cost = 0;
     quint64 m_firstNumber = 0;              ///< the number of m_waiting's first notification
     QHash<Subject, quint64> m_latestNumber; ///< of each subject that waits
 };

@@ -2,5 +2,4 @@ list(APPEND desktop_sources
     DesktopGlobalShortcuts.cpp
     GlobalShortcutKeys.cpp
     GnomeShortcuts.cpp
-    SessionBus.cpp
     ShortcutMessages.cpp)

@@ -1,4 +1,5 @@
 list(APPEND desktop_sources
+    BusThread.cpp
     DistributedNotifications.cpp
     DomainFile.cpp
     FilePreferences.cpp
@@ -7,6 +8,7 @@ list(APPEND desktop_sources
     LocalNotifications.cpp
     LockedFile.cpp
     NotificationBus.cpp
+    NotificationInbox.cpp
     NotificationMessage.cpp
     NotificationQueue.cpp
     ObserverList.cpp

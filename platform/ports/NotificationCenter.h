@@ -38,6 +38,11 @@ public:
     [[nodiscard]] virtual std::unique_ptr<Observation>
     addObserver(const QString &name, const std::optional<QString> &object, Handler handler) = 0;
 
+    /// For who looks for itself what is new: calls the handler once for all the notifications of
+    /// this name that wait, whatever they are about and whatever they say.
+    [[nodiscard]] virtual std::unique_ptr<Observation>
+    addMergingObserver(const QString &name, std::function<void()> handler) = 0;
+
     virtual void post(const Notification &notification) = 0;
 };
 

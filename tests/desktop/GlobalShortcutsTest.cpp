@@ -9,6 +9,7 @@
 #include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QDBusVirtualObject>
+#include <QLocalServer>
 #include <QProcess>
 #include <QTemporaryDir>
 
@@ -180,6 +181,17 @@ TEST_F(GlobalShortcutsOnBus, NobodyHoldsAnythingOnAnEmptyBus)
     bus.die();
     EXPECT_EQ(ask(controlAltT), u"nobody"_s);
     bus.start();
+    EXPECT_EQ(ask(controlAltT), u"nobody"_s);
+}
+
+TEST_F(GlobalShortcutsOnBus, NobodyWaitsForABusThatDoesNotAnswer)
+{
+    const QTemporaryDir folder;
+    QLocalServer silent;
+    ASSERT_TRUE(silent.listen(folder.filePath(u"bus"_s)));
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=" + silent.fullServerName().toUtf8());
+    EXPECT_EQ(ask(controlAltT), u"nobody"_s);
+    qputenv("DBUS_SESSION_BUS_ADDRESS", bus.address().toUtf8());
     EXPECT_EQ(ask(controlAltT), u"nobody"_s);
 }
 

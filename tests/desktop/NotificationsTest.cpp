@@ -1,8 +1,7 @@
 // The parts of the notification centres that need no bus.
 
 #include "desktop/LocalNotifications.h"
-#include "desktop/NotificationMessage.h"
-#include "desktop/NotificationQueue.h"
+#include "desktop/NotificationInbox.h"
 #include "foundation/plist/Dictionary.h"
 
 #include <gtest/gtest.h>
@@ -54,6 +53,43 @@ TEST(NotificationQueue, AnEqualOneWaitsAgainOnceTheFirstIsGone)
     EXPECT_FALSE(queue.append({u"b"_s, {}, {}}));
     EXPECT_TRUE(queue.append({u"a"_s, {}, {}}));
     EXPECT_EQ(queue.size(), 2);
+}
+
+TEST(NotificationInbox, IsFilledByNothingThatIsMerged)
+{
+    const QByteArray userInfo = "<plist><dict/></plist>";
+    desktop::NotificationInbox inbox;
+    inbox.setInterests(desktop::Interests({{u"refresh"_s, {}, true},
+                                           {u"both"_s, {}, true},
+                                           {u"both"_s, u"ours"_s, false},
+                                           {u"status"_s, {}, false}}));
+    int wakeUps = 0, rooms = 0;
+    inbox.setWakeUp([&] { ++wakeUps; });
+    inbox.setRoomHandler([&] { ++rooms; });
+    for (int i = 0; i < 1000; ++i) {
+        for (const QString &name : {u"refresh"_s, u"both"_s, u"unheard"_s})
+            inbox.take({name, QString::number(i), userInfo});
+        EXPECT_FALSE(inbox.isFull());
+    }
+    EXPECT_EQ(wakeUps, 1);
+    for (const QString &name : {u"refresh"_s, u"both"_s})
+        EXPECT_EQ(inbox.takeFirst()->name, name);
+    EXPECT_FALSE(inbox.takeFirst());
+
+    for (const auto &[name, size] : {std::pair(u"status"_s, 10), std::pair(u"both"_s, 60000)}) {
+        int taken = 0;
+        for (; !inbox.isFull(); ++taken) {
+            inbox.take({name, u"ours"_s,
+                        "<plist><dict><key>" + QByteArray::number(taken) + QByteArray(size, 'x') +
+                            "</key><true/></dict></plist>"});
+        }
+        EXPECT_LE((taken - 1) * size, desktop::NotificationInbox::maximumCost);
+        rooms = 0;
+        for (int i = 0; i < taken; ++i) {
+            EXPECT_EQ(rooms, i * 2 >= taken ? 1 : 0);
+            EXPECT_TRUE(inbox.takeFirst());
+        }
+    }
 }
 
 TEST(LocalNotifications, CallsObserversBeforePostReturns)

@@ -74,6 +74,13 @@ public:
         return std::make_unique<Registration>(m_control, std::move(entry));
     }
 
+    [[nodiscard]] std::unique_ptr<ports::Observation>
+    addMergingObserver(const QString &name, std::function<void()> handler) override
+    {
+        return addObserver(name, std::nullopt,
+                           [handler](const ports::Notification &) { handler(); });
+    }
+
     void post(const ports::Notification &notification) override
     {
         m_control->m_posted.append(notification);

@@ -5,6 +5,7 @@
 #include "ui/InterfaceFile.h"
 #include "ui/PreferencePane.h"
 
+#include <QDBusConnection>
 #include <QDebug>
 #include <QLabel>
 #include <QPointer>
@@ -63,6 +64,10 @@ public:
         throwAt(u"ThrowingInMainViewDidLoad"_s);
         if (m_behaviour == "Talkative"_L1)
             talk();
+        if (m_behaviour == "WantingABus"_L1) {
+            say(QDBusConnection::sessionBus().isConnected() ? "a bus" : "no bus");
+            say(qgetenv("DBUS_SESSION_BUS_ADDRESS").constData());
+        }
         if (m_behaviour == "ThrowingLater"_L1)
             QMetaObject::invokeMethod(
                 this, [] { throw std::runtime_error("later"); }, Qt::QueuedConnection);

@@ -13,7 +13,9 @@
 #include <fcntl.h>
 #include <functional>
 #include <pwd.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -417,6 +419,26 @@ TEST(HostProcess, OutlivesWhoeverShouldReadItsLog)
     }
     for (const int descriptor : {nobodyReads[1], stalled[0], stalled[1]})
         ::close(descriptor);
+}
+
+TEST(HostProcess, DoesWithoutABusThatDoesNotAnswer)
+{
+    Host host;
+    host.writeInfo(u"WantingABus"_s);
+    host.putExecutable(u"right_pane.so"_s);
+    const QTemporaryDir folder;
+    sockaddr_un name{AF_UNIX, {}};
+    qstrncpy(name.sun_path, QFile::encodeName(folder.filePath(u"bus"_s)), sizeof name.sun_path);
+    const int silent = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    ASSERT_EQ(::bind(silent, reinterpret_cast<sockaddr *>(&name), sizeof name), 0);
+    ASSERT_EQ(::listen(silent, 8), 0);
+    const QByteArray address = QByteArray("unix:path=") + name.sun_path;
+    qputenv("DBUS_SESSION_BUS_ADDRESS", address);
+    const HostRun run = host.runShots();
+    qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+    ::close(silent);
+    EXPECT_TRUE(run.output.contains(u"pane: no bus\npane: "_s + QString::fromUtf8(address)));
+    EXPECT_TRUE(run.errors.contains(u"The session bus does not answer"_s));
 }
 
 TEST(HostProcess, LogsOneBoundedLineAMessage)

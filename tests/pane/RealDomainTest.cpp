@@ -77,9 +77,10 @@ protected:
         auto signal =
             QDBusMessage::createSignal(u"/com/varnit/DistributedNotifications"_s,
                                        u"com.varnit.DistributedNotifications"_s, u"Posted"_s);
-        signal << u"com.varnit.tarnwell.refresh"_s << u""_s << u""_s;
-        for (int i = 0; i < count; ++i)
+        for (int i = 0; i < count; ++i) {
+            signal.setArguments({u"com.varnit.tarnwell.refresh"_s, QString::number(i), u""_s});
             ASSERT_TRUE(client.send(signal));
+        }
         // An answer from the bus means that it has passed on everything before.
         client.interface()->isServiceRegistered(u"org.freedesktop.DBus"_s);
         QDBusConnection::disconnectFromBus(u"plug-in"_s);
@@ -172,7 +173,7 @@ TEST_F(RealDomain, RebuildsAFewTimesForABurstOfRefreshes)
     writeByOtherProcess(u"binary"_s, {u"Open"_s});
     OpenPane open(home, icon);
     ASSERT_TRUE(waitUntil([&] { return open.hasJoinedTheBus(); }));
-    const CapturedLog log;
+    const CapturedLog log(CapturedLog::WithDetails);
     writeByOtherProcess(u"binary"_s, {u"Save"_s});
     postRefreshes(100);
     ASSERT_TRUE(waitUntil([&] { return open.shownItems() == QStringList{u"Save"_s}; }));
