@@ -1,23 +1,18 @@
 // The pane on homes of growing size: what rebuilding the pop-up costs beside reading the domain
 // file, and how long the table takes to follow a refresh of the plug-in.
 
+#include "bench/OpenPane.h"
 #include "desktop/TestBus.h"
-#include "fakes/FakeHostApplication.h"
 #include "foundation/plist/PropertyList.h"
-#include "pane/PaneDesktop.h"
-#include "pane/TarnwellPref.h"
 
 #include <QApplication>
 #include <QComboBox>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QLineEdit>
 #include <QLoggingCategory>
-#include <QProcess>
 #include <QTableView>
-#include <QTemporaryDir>
 
 #include <benchmark/benchmark.h>
 
@@ -26,65 +21,10 @@
 
 using namespace Qt::StringLiterals;
 using namespace tarnwell;
+using bench::LargeHome;
+using bench::OpenPane;
 
 namespace {
-
-/// A home with so many applications, each with so many changed shortcuts.
-class LargeHome
-{
-public:
-    LargeHome(int applications, int items) { make(items, applications); }
-
-    void make(int items, int applications) const
-    {
-        const int status = QProcess::execute(
-            u"python3"_s, {QStringLiteral(TARNWELL_MAKE_LARGE_DOMAIN), u"--bundles"_s,
-                           QString::number(applications), QString::number(items), path()});
-        if (status != 0)
-            qFatal("The large home could not be made.");
-    }
-    QString path() const { return m_folder.path(); }
-    QString domainFile() const
-    {
-        return path() + "/Library/Preferences/com.varnit.tarnwell.plist"_L1;
-    }
-    QByteArray domainBytes() const
-    {
-        QFile file(domainFile());
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
-
-private:
-    QTemporaryDir m_folder;
-};
-
-class OpenPane
-{
-public:
-    explicit OpenPane(const LargeHome &home)
-        : m_bundle(*foundation::Bundle::open(QStringLiteral(TARNWELL_PANE_BUNDLE)))
-        , m_desktop({m_bundle.path(), home.path(), home.path(), m_icon})
-        , pane(m_desktop.ports(), m_desktop.identityCache(), m_bundle)
-    {
-        m_desktop.setMissedNotificationsHandler([this] { joined = true; });
-        QString error;
-        view.reset(pane.loadMainView(&error));
-        if (!view)
-            qFatal("%s", qPrintable(error));
-        pane.mainViewDidLoad();
-        pane.willSelect();
-    }
-
-private:
-    fakes::FakeHostApplication m_icon;
-    foundation::Bundle m_bundle;
-    pane::PaneDesktop m_desktop;
-
-public:
-    bool joined = false;
-    std::unique_ptr<QWidget> view; // outlives the pane
-    pane::TarnwellPref pane;
-};
 
 /// Rebuilds the pop-up of so many applications with 100 changed shortcuts each, and reads the same
 /// domain file, in turn: the ratio is of the two in one run.
