@@ -12,6 +12,7 @@
 #include "desktop/SystemClock.h"
 #include "desktop/WindowActivation.h"
 #include "desktop/XkbKeyboardLayouts.h"
+#include "foundation/ForeignText.h"
 #include "foundation/HomeFolder.h"
 #include "foundation/StandardErrorLog.h"
 #include "host/ColorScheme.h"
@@ -141,9 +142,12 @@ int run(const tutorial::Options &options)
         });
     store.begin();
 
-    tutorial::TutorialWindow window(store, layouts, [&options](const QStringList &fields) {
-        if (options.verbose)
-            print(stdout, fields.join(u'\t') + u'\n');
+    tutorial::TutorialWindow window(store, layouts, [&options](QStringList fields) {
+        if (!options.verbose)
+            return;
+        for (QString &field : fields)
+            field = foundation::loggedText(field);
+        print(stdout, fields.join(u'\t') + u'\n');
     });
     QObject::connect(&instance, &tutorial::SingleInstance::startedAgain, &window,
                      [&window](const QByteArray &token) {
@@ -172,7 +176,7 @@ int main(int argc, char **argv)
         host::commandLine(argc, argv), QProcessEnvironment::systemEnvironment());
     if (options.help || !options.error.isEmpty()) {
         print(options.help ? stdout : stderr,
-              options.help ? tutorial::helpText() : options.error + u'\n');
+              options.help ? tutorial::helpText() : foundation::loggedText(options.error) + u'\n');
         return options.help ? 0 : 2;
     }
     const QString problem = host::displayProblem(qEnvironmentVariable("QT_QPA_PLATFORM"));
