@@ -1,7 +1,8 @@
 #include "desktop/BusThread.h"
 
 #include "desktop/BusConnection.h"
-#include "desktop/UniqueFd.h"
+#include "desktop/FileSystemIds.h"
+#include "foundation/UniqueFd.h"
 
 #include <sys/eventfd.h>
 
@@ -90,7 +91,7 @@ void takeIn(DBusMessage *message, NotificationInbox &inbox)
 struct BusThread::Shared
 {
     std::shared_ptr<NotificationInbox> inbox;
-    UniqueFd wake{::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)};
+    foundation::UniqueFd wake{::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)};
 
     std::mutex mutex;
     std::condition_variable ended;
@@ -121,6 +122,7 @@ public:
 
     void run()
     {
+        const OwnIds reachTheOwnBus;
         while (takeOrders()) {
             wait();
             // What a bus that is gone has sent is read first.

@@ -122,17 +122,17 @@ DomainFile::Content DomainFile::read(plist::Dictionary *values, QString *error)
                             "owner is one of them."_s.arg(QFile::decodeName(target->path)));
         struct stat facts;
         m_seen = ::stat(m_nativePath.constData(), &facts) == 0 ? State::of(facts) : State();
-        m_seenFile = UniqueFd();
+        m_seenFile = foundation::UniqueFd();
         *values = plist::Dictionary();
         return Content::Missing;
     }
     // Without O_NONBLOCK a pipe of this name would hold us for ever.
-    UniqueFd fd(::open(target->path.constData(),
-                       O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY | O_NOFOLLOW));
+    foundation::UniqueFd fd(::open(target->path.constData(),
+                                   O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY | O_NOFOLLOW));
     if (!fd) {
         if (meansMissing(errno)) {
             m_seen = State();
-            m_seenFile = UniqueFd();
+            m_seenFile = foundation::UniqueFd();
             *values = plist::Dictionary();
             return Content::Missing;
         }
@@ -166,7 +166,7 @@ DomainFile::Replaced DomainFile::replace(LockedFile &locked, const plist::Dictio
     }
     // Programs that take no lock store, too.
     bool isOvertaken = false;
-    UniqueFd fd = locked.replace(
+    foundation::UniqueFd fd = locked.replace(
         bytes,
         [this, &isOvertaken] {
             isOvertaken = !isAsSeen();
@@ -192,7 +192,7 @@ QString DomainFile::setAside(LockedFile &locked, const QString &ending, QString 
     if (name.isEmpty())
         return {};
     m_seen = State();
-    m_seenFile = UniqueFd();
+    m_seenFile = foundation::UniqueFd();
     return QFile::decodeName(folderOf(QFile::encodeName(locked.target()))) + u'/' + name;
 }
 

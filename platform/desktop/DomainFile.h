@@ -69,7 +69,7 @@ private:
     std::optional<State> m_seen;
     /// Kept open, so that the inode is not given to a later file: two writes within one tick of
     /// the file system's clock could look the same otherwise.
-    UniqueFd m_seenFile;
+    foundation::UniqueFd m_seenFile;
 };
 
 } // namespace tarnwell::desktop

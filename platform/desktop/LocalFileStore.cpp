@@ -1,7 +1,7 @@
 #include "desktop/LocalFileStore.h"
 
-#include "desktop/UniqueFd.h"
 #include "foundation/BoundedFile.h"
+#include "foundation/UniqueFd.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -87,7 +87,7 @@ bool LocalFileStore::writeFile(const QString &path, const QByteArray &bytes, QSt
         return false;
     }
     for (const QString &changed : changedFolders) {
-        const UniqueFd opened(
+        const foundation::UniqueFd opened(
             ::open(QFile::encodeName(changed).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
         // What may be written but not listed cannot be opened either.
         if (opened && !flushToDisk(opened.get())) {

@@ -46,7 +46,7 @@ int statusOfErrno(int error)
 
 /// Removes the file of a name if it is still the open one: whoever tidied the folder up meanwhile
 /// made room for another's lock of the same name.
-int removeIfSame(const QByteArray &name, const UniqueFd &file)
+int removeIfSame(const QByteArray &name, const foundation::UniqueFd &file)
 {
     struct stat opened = {};
     struct stat present = {};
@@ -62,7 +62,7 @@ int removeIfSame(const QByteArray &name, const UniqueFd &file)
 class FoundLock final : public ports::StandingLock
 {
 public:
-    FoundLock(QByteArray name, UniqueFd file, const struct stat &status)
+    FoundLock(QByteArray name, foundation::UniqueFd file, const struct stat &status)
         : m_name(std::move(name))
         , m_file(std::move(file))
         , m_status(status)
@@ -90,7 +90,7 @@ public:
 
 private:
     QByteArray m_name;
-    UniqueFd m_file; ///< held open, so that no other file is given its number
+    foundation::UniqueFd m_file; ///< held open, so that no other file is given its number
     struct stat m_status;
 };
 
@@ -104,8 +104,8 @@ int LocalLockFiles::createFolder(const QString &path)
 
 int LocalLockFiles::create(const QString &path)
 {
-    UniqueFd file(::open(QFile::encodeName(path).constData(),
-                         O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
+    foundation::UniqueFd file(::open(QFile::encodeName(path).constData(),
+                                     O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
     if (!file)
         return statusOfErrno(errno);
     m_ours.insert_or_assign(path, std::move(file));
@@ -122,7 +122,7 @@ std::unique_ptr<ports::StandingLock> LocalLockFiles::find(const QString &path) c
 {
     // Only looked at: opening a pipe would wait, and opening a link would lead elsewhere.
     const QByteArray name = QFile::encodeName(path);
-    UniqueFd file(::open(name.constData(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
+    foundation::UniqueFd file(::open(name.constData(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
     struct stat status = {};
     if (!file || ::fstat(file.get(), &status) != 0 || S_ISDIR(status.st_mode))
         return nullptr;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "desktop/UniqueFd.h"
+#include "foundation/UniqueFd.h"
 #include "ports/LockFiles.h"
 
 #include <map>
@@ -18,7 +18,7 @@ public:
 
 private:
     /// Ours, held open: the number of an open file is given to no other one.
-    std::map<QString, UniqueFd> m_ours;
+    std::map<QString, foundation::UniqueFd> m_ours;
 };
 
 } // namespace tarnwell::desktop

@@ -44,16 +44,16 @@ bool isFileOfName(int fd, int folder, const QByteArray &name)
            opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
 }
 
-UniqueFd lockedFile(int folder, const QByteArray &name, std::chrono::milliseconds patience,
-                    QString *error)
+foundation::UniqueFd lockedFile(int folder, const QByteArray &name,
+                                std::chrono::milliseconds patience, QString *error)
 {
     using std::chrono::steady_clock;
     const steady_clock::time_point end = steady_clock::now() + patience;
     // Most writers are done in no time.
     std::chrono::microseconds pause{100};
     for (;;) {
-        UniqueFd fd(::openat(folder, name.constData(),
-                             O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NOCTTY, 0600));
+        foundation::UniqueFd fd(::openat(
+            folder, name.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NOCTTY, 0600));
         if (!fd) {
             *error = systemError(u"open the lock file"_s, errno);
             return {};
@@ -111,20 +111,21 @@ std::optional<LockedFile> LockedFile::acquire(const QString &path,
         *error = systemError(u"follow the link"_s, ELOOP);
         return std::nullopt;
     }
-    UniqueFd folder(
+    foundation::UniqueFd folder(
         ::open(folderOf(target->path).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NOCTTY));
     if (!folder) {
         *error = systemError(u"open the folder"_s, errno);
         return std::nullopt;
     }
     const QByteArray name = target->path.sliced(target->path.lastIndexOf('/') + 1);
-    UniqueFd lock = lockedFile(folder.get(), '.' + name + ".lock", patience, error);
+    foundation::UniqueFd lock = lockedFile(folder.get(), '.' + name + ".lock", patience, error);
     if (!lock)
         return std::nullopt;
     return LockedFile(std::move(folder), std::move(lock), target->path, target->path != given);
 }
 
-LockedFile::LockedFile(UniqueFd folder, UniqueFd lock, QByteArray path, bool isBehindLink)
+LockedFile::LockedFile(foundation::UniqueFd folder, foundation::UniqueFd lock, QByteArray path,
+                       bool isBehindLink)
     : m_folder(std::move(folder))
     , m_lock(std::move(lock))
     , m_path(std::move(path))
@@ -149,19 +150,19 @@ QByteArray LockedFile::temporaryPrefix() const
     return '.' + m_name + ".tmp-";
 }
 
-UniqueFd LockedFile::replace(QByteArrayView bytes, const std::function<bool()> &mayReplace,
-                             QString *error)
+foundation::UniqueFd LockedFile::replace(QByteArrayView bytes,
+                                         const std::function<bool()> &mayReplace, QString *error)
 {
     const QByteArray temporary = temporaryPrefix() + QByteArray::number(::getpid()) + '-' +
                                  QByteArray::number(QRandomGenerator::global()->generate(), 16);
-    UniqueFd fd(::openat(m_folder.get(), temporary.constData(),
-                         O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600));
+    foundation::UniqueFd fd(::openat(m_folder.get(), temporary.constData(),
+                                     O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600));
     if (!fd) {
         *error = systemError(u"make a temporary file"_s, errno);
         return {};
     }
 
-    const auto abandon = [&](const QString &what) -> UniqueFd {
+    const auto abandon = [&](const QString &what) -> foundation::UniqueFd {
         *error = systemError(what, errno);
         ::unlinkat(m_folder.get(), temporary.constData(), 0);
         return {};

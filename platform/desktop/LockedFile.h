@@ -1,6 +1,6 @@
 #pragma once
 
-#include "desktop/UniqueFd.h"
+#include "foundation/UniqueFd.h"
 
 #include <QByteArray>
 #include <QByteArrayView>
@@ -43,7 +43,8 @@ public:
     /// Puts a new file with these bytes, mode 0600, in the target's place: wholly or not at all,
     /// and on the disk before it returns. `mayReplace` is asked when nothing but the renaming is
     /// left to do. The new file, open; nothing when that says no; or nothing and a description.
-    UniqueFd replace(QByteArrayView bytes, const std::function<bool()> &mayReplace, QString *error);
+    foundation::UniqueFd replace(QByteArrayView bytes, const std::function<bool()> &mayReplace,
+                                 QString *error);
 
     /// Renames the target to its name with an ending, and a number where that name is taken.
     /// The new name; empty, with a description, when it could not be done.
@@ -53,12 +54,13 @@ public:
     void removeAbandonedTemporaries();
 
 private:
-    LockedFile(UniqueFd folder, UniqueFd lock, QByteArray path, bool isBehindLink);
+    LockedFile(foundation::UniqueFd folder, foundation::UniqueFd lock, QByteArray path,
+               bool isBehindLink);
 
     QByteArray temporaryPrefix() const;
 
-    UniqueFd m_folder;
-    UniqueFd m_lock;
+    foundation::UniqueFd m_folder;
+    foundation::UniqueFd m_lock;
     QByteArray m_path; ///< of the target
     QByteArray m_name; ///< of the target, in m_folder
     bool m_isBehindLink;

@@ -1,7 +1,7 @@
 #include "desktop/ProcessTasks.h"
 
 #include "desktop/FileSystemIds.h"
-#include "desktop/UniqueFd.h"
+#include "foundation/UniqueFd.h"
 
 #include <QProcess>
 #include <QSocketNotifier>
@@ -19,7 +19,7 @@ class DescriptorWatch final : public ports::ProcessWatch
 {
 public:
     /// Without a descriptor the process has ended already.
-    DescriptorWatch(UniqueFd process, std::function<void()> ended)
+    DescriptorWatch(foundation::UniqueFd process, std::function<void()> ended)
         : m_process(std::move(process))
         , m_ended(std::move(ended))
     {
@@ -43,7 +43,7 @@ private:
             &m_context, [ended = m_ended] { ended(); }, Qt::QueuedConnection);
     }
 
-    UniqueFd m_process;
+    foundation::UniqueFd m_process;
     std::function<void()> m_ended;
     QObject m_context;
     std::unique_ptr<QSocketNotifier> m_notifier;
@@ -68,7 +68,7 @@ int ProcessTasks::runAndWait(const QString &program, const QStringList &argument
 std::unique_ptr<ports::ProcessWatch> ProcessTasks::watch(qint64 processId,
                                                          std::function<void()> ended)
 {
-    UniqueFd process(int(::syscall(SYS_pidfd_open, pid_t(processId), 0U)));
+    foundation::UniqueFd process(int(::syscall(SYS_pidfd_open, pid_t(processId), 0U)));
     if (!process && errno != ESRCH)
         return nullptr;
     return std::make_unique<DescriptorWatch>(std::move(process), std::move(ended));

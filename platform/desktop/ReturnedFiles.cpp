@@ -1,8 +1,8 @@
 #include "desktop/ReturnedFiles.h"
 
-#include "desktop/UniqueFd.h"
 #include "foundation/BoundedFile.h"
 #include "foundation/Logging.h"
+#include "foundation/UniqueFd.h"
 #include "foundation/plist/PropertyList.h"
 
 #include <QFile>
@@ -45,16 +45,17 @@ const OwnFolder &library()
     return tree;
 }
 
-UniqueFd openWithin(int folder, const QByteArray &name, int flags)
+foundation::UniqueFd openWithin(int folder, const QByteArray &name, int flags)
 {
-    return UniqueFd(::openat(folder, name.constData(),
-                             O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOCTTY | flags));
+    return foundation::UniqueFd(
+        ::openat(folder, name.constData(),
+                 O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOCTTY | flags));
 }
 
 QList<QByteArray> namesIn(int folder)
 {
     QList<QByteArray> names;
-    UniqueFd again = openWithin(folder, ".", O_DIRECTORY);
+    foundation::UniqueFd again = openWithin(folder, ".", O_DIRECTORY);
     const std::unique_ptr<DIR, int (*)(DIR *)> open(::fdopendir(again.get()), ::closedir);
     if (!open)
         return names;
@@ -83,7 +84,7 @@ public:
     /// What lies deeper first: a folder that is given is the owner's to change from then on.
     void giveFolder(int parent, const OwnFolder &own)
     {
-        const UniqueFd folder = openWithin(parent, own.name, O_DIRECTORY);
+        const foundation::UniqueFd folder = openWithin(parent, own.name, O_DIRECTORY);
         struct stat facts;
         if (!folder || ::fstat(folder.get(), &facts) != 0)
             return;
@@ -135,7 +136,7 @@ private:
         if (::fstatat(folder, name.constData(), &facts, AT_SYMLINK_NOFOLLOW) != 0 ||
             !S_ISREG(facts.st_mode) || facts.st_uid != 0)
             return;
-        const UniqueFd file = openWithin(folder, name, 0);
+        const foundation::UniqueFd file = openWithin(folder, name, 0);
         if (!file || ::fstat(file.get(), &facts) != 0 || !S_ISREG(facts.st_mode) ||
             facts.st_uid != 0 || facts.st_nlink != 1)
             return;
@@ -164,7 +165,7 @@ private:
 
 void giveBackSettings(const QString &home, const FileIds &owner)
 {
-    const UniqueFd folder(
+    const foundation::UniqueFd folder(
         ::open(QFile::encodeName(home).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     struct stat facts;
     // A home that somebody else than its owner leads to is left as it is.

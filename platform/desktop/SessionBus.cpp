@@ -1,6 +1,7 @@
 #include "desktop/SessionBus.h"
 
 #include "desktop/BusConnection.h"
+#include "desktop/FileSystemIds.h"
 
 #include <QFileInfo>
 #include <QUrl>
@@ -23,6 +24,7 @@ QString sessionBusAddress()
         return fromEnvironment;
     // Not left to the library: where it finds nothing either it starts a bus of its own, on which
     // nobody else is.
+    const OwnIds lookIntoTheOwnFolder;
     QString folder = qEnvironmentVariable("XDG_RUNTIME_DIR");
     if (folder.isEmpty())
         folder = u"/run/user/%1"_s.arg(::getuid());
@@ -49,6 +51,7 @@ bool isSilentBus(const QString &address, int milliseconds)
     const auto question = std::make_shared<Question>();
     // Even connecting may wait for ever. Nobody waits for the thread: there is no way to end it.
     std::thread([question, address, milliseconds] {
+        const OwnIds reachTheOwnBus;
         if (const auto connection = BusConnection::open(address)) {
             while (connection->isOpen() && !connection->isRegistered()) {
                 std::vector<pollfd> awaited = connection->awaited();

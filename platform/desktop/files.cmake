@@ -1,5 +1,4 @@
 list(APPEND desktop_sources
-    FileSystemIds.cpp
     HomeOwner.cpp
     LocalFileStore.cpp
     LocalFolders.cpp

@@ -2,6 +2,7 @@
 
 #include "desktop/CapturedLog.h"
 #include "desktop/SessionBus.h"
+#include "desktop/SilentBus.h"
 #include "desktop/TestBus.h"
 #include "fakes/FakeTimers.h"
 #include "foundation/plist/Array.h"
@@ -12,7 +13,6 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
-#include <QLocalServer>
 #include <QProcess>
 
 #include <gtest/gtest.h>
@@ -23,6 +23,7 @@ using desktop::DistributedNotifications;
 using ports::Notification;
 using tests::CapturedLog;
 using tests::ChildProcess;
+using tests::SilentBus;
 using tests::TestBus;
 using tests::waitUntil;
 
@@ -382,20 +383,18 @@ TEST(DistributedNotificationsWithoutBus, ServesTheProcessAlone)
 
 TEST(DistributedNotificationsOnASilentBus, HoldUpNobody)
 {
-    const QTemporaryDir folder;
-    QLocalServer silent; // lets callers queue, and never looks at them
-    ASSERT_TRUE(silent.listen(folder.filePath(u"bus"_s)));
-    const QString address = u"unix:path="_s + silent.fullServerName();
+    const SilentBus silent;
+    ASSERT_TRUE(silent.listens());
     const CapturedLog log;
     fakes::FakeTimers timers;
-    DistributedNotifications centre(timers, address);
+    DistributedNotifications centre(timers, silent.address());
     int calls = 0;
     const auto refresh = centre.addObserver(u"refresh"_s, {}, [&](auto &) { ++calls; });
     timers.control().advance(longEnoughToJoin);
     centre.post({u"refresh"_s, {}, {}});
     ASSERT_TRUE(waitUntil([&] { return calls > 0; }));
     EXPECT_EQ(log.lines(), QStringList()) << "nobody has waited for the end of the bus's time";
-    EXPECT_TRUE(desktop::isSilentBus(address, 50));
+    EXPECT_TRUE(desktop::isSilentBus(silent.address(), 50));
 }
 
 TEST(SilentBus, IsNeitherOneThatAnswersNorNone)

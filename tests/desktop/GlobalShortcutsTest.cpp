@@ -2,6 +2,7 @@
 
 #include "desktop/DesktopGlobalShortcuts.h"
 #include "desktop/GlobalShortcutKeys.h"
+#include "desktop/SilentBus.h"
 #include "desktop/TestBus.h"
 
 #include <QDBusArgument>
@@ -9,7 +10,6 @@
 #include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QDBusVirtualObject>
-#include <QLocalServer>
 #include <QProcess>
 #include <QTemporaryDir>
 
@@ -186,10 +186,9 @@ TEST_F(GlobalShortcutsOnBus, NobodyHoldsAnythingOnAnEmptyBus)
 
 TEST_F(GlobalShortcutsOnBus, NobodyWaitsForABusThatDoesNotAnswer)
 {
-    const QTemporaryDir folder;
-    QLocalServer silent;
-    ASSERT_TRUE(silent.listen(folder.filePath(u"bus"_s)));
-    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=" + silent.fullServerName().toUtf8());
+    const SilentBus silent;
+    ASSERT_TRUE(silent.listens());
+    qputenv("DBUS_SESSION_BUS_ADDRESS", silent.address().toUtf8());
     EXPECT_EQ(ask(controlAltT), u"nobody"_s);
     qputenv("DBUS_SESSION_BUS_ADDRESS", bus.address().toUtf8());
     EXPECT_EQ(ask(controlAltT), u"nobody"_s);

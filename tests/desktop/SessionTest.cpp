@@ -1,5 +1,6 @@
 #include "desktop/LinuxSession.h"
 
+#include "desktop/SilentBus.h"
 #include "desktop/TestBus.h"
 #include "ports/Clock.h"
 #include "support/TemporaryHome.h"
@@ -8,9 +9,7 @@
 #include <QDBusMessage>
 #include <QDBusVariant>
 #include <QDBusVirtualObject>
-#include <QLocalServer>
 #include <QSemaphore>
-#include <QTemporaryDir>
 #include <QThread>
 
 #include <gtest/gtest.h>
@@ -134,10 +133,9 @@ TEST(Session, ElseTheRecordsDo)
                                    record(USER_PROCESS, own->pw_name, 1300000000) + "cut off");
     EXPECT_EQ(session.loginTime(), 1500000000.5 - epoch);
 
-    const QTemporaryDir folder;
-    QLocalServer silent;
-    ASSERT_TRUE(silent.listen(folder.filePath(u"bus"_s)));
-    const desktop::LinuxSession hasty(disk.root(), u"unix:path="_s + silent.fullServerName(), 50);
+    const SilentBus silent;
+    ASSERT_TRUE(silent.listens());
+    const desktop::LinuxSession hasty(disk.root(), silent.address(), 50);
     EXPECT_TRUE(hasty.loginTime()) << "a bus that does not answer is not waited for";
 }
 

@@ -1,6 +1,8 @@
 // The host as its user meets it: a process with a command line, what it prints, what it draws, and
 // how it ends.
 
+#include "desktop/SilentBus.h"
+
 #include <QDir>
 #include <QFile>
 #include <QImage>
@@ -13,9 +15,7 @@
 #include <fcntl.h>
 #include <functional>
 #include <pwd.h>
-#include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -426,18 +426,11 @@ TEST(HostProcess, DoesWithoutABusThatDoesNotAnswer)
     Host host;
     host.writeInfo(u"WantingABus"_s);
     host.putExecutable(u"right_pane.so"_s);
-    const QTemporaryDir folder;
-    sockaddr_un name{AF_UNIX, {}};
-    qstrncpy(name.sun_path, QFile::encodeName(folder.filePath(u"bus"_s)), sizeof name.sun_path);
-    const int silent = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    ASSERT_EQ(::bind(silent, reinterpret_cast<sockaddr *>(&name), sizeof name), 0);
-    ASSERT_EQ(::listen(silent, 8), 0);
-    const QByteArray address = QByteArray("unix:path=") + name.sun_path;
-    qputenv("DBUS_SESSION_BUS_ADDRESS", address);
-    const HostRun run = host.runShots();
-    qunsetenv("DBUS_SESSION_BUS_ADDRESS");
-    ::close(silent);
-    EXPECT_TRUE(run.output.contains(u"pane: no bus\npane: "_s + QString::fromUtf8(address)));
+    const tarnwell::tests::SilentBus silent;
+    ASSERT_TRUE(silent.listens());
+    const HostRun run =
+        host.run({u"--shots"_s, host.shots()}, {{u"DBUS_SESSION_BUS_ADDRESS"_s, silent.address()}});
+    EXPECT_TRUE(run.output.contains(u"pane: no bus\npane: "_s + silent.address()));
     EXPECT_TRUE(run.errors.contains(u"The session bus does not answer"_s));
 }
 
