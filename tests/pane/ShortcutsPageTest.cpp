@@ -102,10 +102,7 @@ TEST_F(ShortcutsPage, ShowsStrangersNamesAsOneHonestLine)
         SCOPED_TRACE(name.right(10).toStdString());
         home.addApplication(u"/Applications/Evil.app"_s, u"com.example.evil"_s, name);
         plist::Dictionary evil = changedItem(name);
-        const auto menu = [&name](const QString &title) {
-            return plist::Dictionary{{u"MenuItemTitle"_s, name + title}};
-        };
-        evil.insert(u"MenuPath"_s, plist::Array{menu(u""_s), menu(u" end"_s)});
+        evil.insert(u"MenuPath"_s, plist::Array{plist::Dictionary{{u"MenuItemTitle"_s, name}}});
         storeShortcuts(
             {{u"com.example.evil"_s, plist::Array{plist::Value(group(name, plist::Array{evil}))}}});
         postRefresh();
@@ -113,29 +110,24 @@ TEST_F(ShortcutsPage, ShowsStrangersNamesAsOneHonestLine)
         EXPECT_EQ(view->minimumSizeHint(), usual);
         QStringList shown{pane->scPopup()->currentText(), pane->appFormatField()->text()};
         const QAbstractItemModel *model = pane->scTable()->model();
-        ASSERT_EQ(model->rowCount(), 1);
-        for (int column = 0; column < model->columnCount(); ++column) {
-            for (const int role : {int(Qt::DisplayRole), int(Qt::AccessibleTextRole)})
-                shown.append(model->index(0, column).data(role).toString());
-            shown.append(model->index(0, column)
-                             .data(shortcuts::ShortcutTableModel::StyledStringRole)
-                             .value<foundation::StyledString>()
-                             .text());
-            EXPECT_TRUE(isHonest(model->index(0, column).data(Qt::ToolTipRole).toString()));
+        for (const int column : {0, 3}) {
+            const QModelIndex cell = model->index(0, column);
+            for (const int role :
+                 {int(Qt::DisplayRole), int(Qt::AccessibleTextRole), int(Qt::ToolTipRole)})
+                shown.append(cell.data(role).toString());
+            const auto styled = cell.data(shortcuts::ShortcutTableModel::StyledStringRole);
+            shown.append(styled.value<foundation::StyledString>().text());
         }
         pane->scTable()->selectRow(0);
         pane->doRestoreOriginal(nullptr);
         pane->doRemoveApp(nullptr);
-        shown << sheetsControl.alerts().constLast().alert.message
-              << sheetsControl.alerts().at(sheetsControl.alerts().size() - 2).alert.message;
+        for (const auto &[alert, onWindowOf] : sheetsControl.alerts())
+            shown.append(alert.message);
         for (const QString &text : shown)
             EXPECT_TRUE(isHonest(text)) << text.left(40).toStdString();
-        for (const QString &text : shown)
-            EXPECT_LE(text.size(), 300);
         // What is looked for is the name itself.
         find<QLineEdit>("scFilterField")->setText(name.right(5));
         EXPECT_EQ(model->rowCount(), 1);
-        find<QLineEdit>("scFilterField")->clear();
     }
 }
 

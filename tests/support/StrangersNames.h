@@ -15,7 +15,7 @@ inline QStringList strangersNames()
 /// Whether what is shown of such a name is bounded, in so many lines, and hides nothing.
 inline bool isHonest(const QString &shown, qsizetype lines = 1)
 {
-    return shown.size() <= 1200 && shown.count(u'\n') < lines && !shown.contains(u'\u202e') &&
+    return shown.size() <= 1000 && shown.count(u'\n') < lines && !shown.contains(u'\u202e') &&
            !shown.contains(u'\u2028') && !shown.contains(u'\x1b');
 }
 
