@@ -50,7 +50,7 @@ QString reasonOfItem(const QString &path, Sharing sharing)
 QString reasonOfPath(const QString &path)
 {
     for (qsizetype end = 1; end > 0; end = path.indexOf(u'/', end + 1)) {
-        const QString reason = reasonOfItem(path.first(end), Sharing::IsFineIfSticky);
+        QString reason = reasonOfItem(path.first(end), Sharing::IsFineIfSticky);
         if (!reason.isEmpty())
             return reason;
     }

@@ -20,7 +20,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// More than a program's arguments and environment can be.
-constexpr qint64 largestFile = 16 * 1024 * 1024;
+constexpr qint64 largestFile = 16LL * 1024 * 1024;
 
 QByteArray readProcFile(const QString &path)
 {

@@ -21,7 +21,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qint64 largestSettings = 256 * 1024 * 1024;
+constexpr qint64 largestSettings = 256LL * 1024 * 1024;
 
 /// One folder that this program makes, and what it makes in it.
 struct OwnFolder
