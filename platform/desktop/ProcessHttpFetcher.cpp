@@ -1,5 +1,7 @@
 #include "desktop/ProcessHttpFetcher.h"
 
+#include "desktop/FileSystemIds.h"
+
 #include <QDeadlineTimer>
 #include <QProcess>
 #include <QTimer>
@@ -28,6 +30,9 @@ public:
     {
         process.setStandardInputFile(QProcess::nullDevice());
         process.setStandardErrorFile(QProcess::nullDevice());
+        // What strangers send is the last thing that root should read for somebody else.
+        if (actsForSomebodyElse())
+            process.setChildProcessModifier(becomeFileUser);
     }
     ~Run()
     {

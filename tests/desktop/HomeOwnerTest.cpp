@@ -5,6 +5,7 @@
 #include "desktop/ApplicationLauncher.h"
 #include "desktop/LocalFileStore.h"
 #include "desktop/PreferencesHome.h"
+#include "desktop/ProcessHttpFetcher.h"
 #include "desktop/ProcessTasks.h"
 
 #include <QDirIterator>
@@ -176,10 +177,15 @@ TEST_F(HomeOwnerTest, StartsProgramsAsTheOwner)
     writeFile(contents + u"Linux/run"_s,
               "#!/bin/sh\necho $(id -u) $(id -g) $(id -G) $HOME > '" + pipe + "'\n");
     ::chmod(QFile::encodeName(contents + u"Linux/run"_s).constData(), 0755);
+    const QString fetcher = contents + u"Linux/fetch"_s;
+    writeFile(fetcher, "#!/bin/sh\nid -u\n");
+    ::chmod(QFile::encodeName(fetcher).constData(), 0755);
     int status = -1;
     asRoot([&] {
+        EXPECT_EQ(desktop::ProcessHttpFetcher(fetcher).fetchList(QUrl(u"https://localhost/"_s)),
+                  "4711\n");
         const auto program = foundation::Bundle::open(home() + u"/Ids.app"_s);
-        status = program ? desktop::launchApplication({home(), {}}, *program, {}) : -1;
+        status = program ? desktop::launchApplication({home(), {}}, *program, {}, nullptr) : -1;
     });
     ASSERT_EQ(status, 0);
     EXPECT_EQ(readFile(home() + u"/pipe"_s), "4711 4711 4711 " + QFile::encodeName(home()) + '\n');
