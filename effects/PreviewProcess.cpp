@@ -1,6 +1,7 @@
 #include "effects/PreviewProcess.h"
 
 #include "compositions/model/Structure.h"
+#include "foundation/FileUser.h"
 #include "foundation/Logging.h"
 #include "foundation/plist/Dictionary.h"
 #include "foundation/plist/PropertyList.h"
@@ -150,7 +151,10 @@ void PreviewProcess::launch()
     m_process->setStandardInputFile(QProcess::nullDevice());
     m_process->setStandardOutputFile(QProcess::nullDevice());
     // Only this one child inherits its end, whatever else is started meanwhile.
-    m_process->setChildProcessModifier([theirs] { ::fcntl(theirs, F_SETFD, 0); });
+    m_process->setChildProcessModifier([theirs] {
+        foundation::becomeFileUser();
+        ::fcntl(theirs, F_SETFD, 0);
+    });
     m_logLinesLeft = mostLogLines;
     connect(m_process, &QProcess::readyReadStandardError, this, &PreviewProcess::logErrors);
     connect(m_process, &QProcess::finished, this, [this](int status, QProcess::ExitStatus how) {

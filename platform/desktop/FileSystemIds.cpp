@@ -12,7 +12,6 @@ namespace tarnwell::desktop {
 namespace {
 
 constexpr uid_t nobodyAtAll = uid_t(-1); ///< changes nothing, so that the answer tells what is
-constexpr int cannotBecome = 126;
 
 } // namespace
 
@@ -47,18 +46,6 @@ bool actsForSomebodyElse()
 bool takeGroupsForThisThread(const std::vector<gid_t> &groups)
 {
     return ::syscall(SYS_setgroups, groups.size(), groups.data()) == 0;
-}
-
-void becomeFileUser()
-{
-    // System calls alone: another thread may have held any lock at the moment of the fork. The
-    // groups are the forking thread's already.
-    const FileIds ids = FileIds::ofThisThread();
-    if (ids == FileIds::ofTheProcess())
-        return;
-    if (::syscall(SYS_setresgid, ids.group, ids.group, ids.group) != 0 ||
-        ::syscall(SYS_setresuid, ids.user, ids.user, ids.user) != 0)
-        ::_exit(cannotBecome);
 }
 
 QString homeOfFileUser()

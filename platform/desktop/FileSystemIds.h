@@ -1,5 +1,7 @@
 #pragma once
 
+#include "foundation/FileUser.h"
+
 #include <QString>
 
 #include <vector>
@@ -32,9 +34,7 @@ bool actsForSomebodyElse();
 /// Replaces the groups of this thread alone; the C library's function would do it for all threads.
 bool takeGroupsForThisThread(const std::vector<gid_t> &groups);
 
-/// For a child between fork and exec: makes it wholly the one whom the thread that forked it acts
-/// for. Does nothing where that is the process itself; ends the child when the kernel refuses.
-void becomeFileUser();
+using foundation::becomeFileUser;
 
 /// The home folder of the account that this thread acts for; empty when the machine knows none.
 QString homeOfFileUser();

@@ -1,9 +1,11 @@
 #include "compositions/tool/Supervision.h"
 
 #include "compositions/preview/Messages.h"
+#include "foundation/BoundedFile.h"
 #include "foundation/ForeignText.h"
 
 #include <QElapsedTimer>
+#include <QList>
 
 #include <cerrno>
 #include <csignal>
@@ -12,7 +14,6 @@
 #include <cstring>
 #include <ctime>
 #include <exception>
-#include <fstream>
 #include <new>
 
 #include <fcntl.h>
@@ -156,14 +157,11 @@ int runSupervised(const QString &composition, const Allowance &allowance, int di
 void limitMemory(qint64 bytes)
 {
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
-    std::ifstream file("/proc/self/statm");
-    rlim_t size = 0;
-    rlim_t resident = 0;
-    rlim_t shared = 0;
-    rlim_t text = 0;
-    rlim_t library = 0;
-    rlim_t data = 0;
-    if (!(file >> size >> resident >> shared >> text >> library >> data)) {
+    constexpr qsizetype dataField = 5;
+    constexpr qint64 longest = 4096;
+    const auto pages = foundation::readBoundedFile(u"/proc/self/statm"_s, longest);
+    const rlim_t data = pages ? pages->split(' ').value(dataField).toULongLong() : 0;
+    if (data == 0) {
         return;
     }
     const rlim_t most = data * rlim_t(::sysconf(_SC_PAGESIZE)) + rlim_t(bytes);
