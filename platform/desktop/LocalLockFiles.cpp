@@ -118,7 +118,7 @@ int LocalLockFiles::remove(const QString &path)
     return ours ? removeIfSame(QFile::encodeName(path), ours.mapped()) : foundation::fnfErr;
 }
 
-std::unique_ptr<ports::StandingLock> LocalLockFiles::find(const QString &path) const
+std::unique_ptr<ports::StandingLock> LocalLockFiles::find(const QString &path)
 {
     // Only looked at: opening a pipe would wait, and opening a link would lead elsewhere.
     const QByteArray name = QFile::encodeName(path);

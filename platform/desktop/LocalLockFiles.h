@@ -14,7 +14,7 @@ public:
     int createFolder(const QString &path) override;
     int create(const QString &path) override;
     int remove(const QString &path) override;
-    std::unique_ptr<ports::StandingLock> find(const QString &path) const override;
+    std::unique_ptr<ports::StandingLock> find(const QString &path) override;
 
 private:
     /// Ours, held open: the number of an open file is given to no other one.

@@ -45,7 +45,7 @@ public:
     virtual int remove(const QString &path) = 0;
 
     /// What stands in the way of create(); null when nothing does, or when it is a folder.
-    virtual std::unique_ptr<StandingLock> find(const QString &path) const = 0;
+    virtual std::unique_ptr<StandingLock> find(const QString &path) = 0;
 };
 
 } // namespace tarnwell::ports

@@ -4,16 +4,22 @@
 
 #include <QStringList>
 
-#include <map>
+#include <functional>
 
 namespace tarnwell::fakes {
 
-/// Whose a lock is that a test describes, and since when it stands.
-struct FakeLock
+/// Somebody's lock, as a test describes it.
+struct FakeLock final : ports::StandingLock
 {
-    double madeAt = 0.0;
-    QString owner;
-    bool isOurs = false;
+    double made = 0.0;
+    QString user;
+    bool ours = false;
+    std::function<int()> removal;
+
+    double madeAt() const override { return made; }
+    QString owner() const override { return user; }
+    bool isOurs() const override { return ours; }
+    int remove() override { return removal(); }
 };
 
 /// What a test sees and decides of FakeLockFiles.
@@ -24,7 +30,7 @@ struct FakeLockFilesControl
     int folderStatus = 0;
     int createStatus = 0; ///< of files that are not there yet
     int removeStatus = 0;
-    std::map<QString, FakeLock> standing; ///< details of locks that others made
+    FakeLock others; ///< what the locks are like that others made
 };
 
 /// Locks in memory.
@@ -53,40 +59,15 @@ public:
         return m_control.existing.removeAll(path) > 0 ? 0 : -43;
     }
 
-    std::unique_ptr<ports::StandingLock> find(const QString &path) const override
+    std::unique_ptr<ports::StandingLock> find(const QString &path) override
     {
-        const auto found = m_control.standing.find(path);
-        if (found == m_control.standing.end() || !m_control.existing.contains(path))
-            return nullptr;
-        return std::make_unique<Standing>(m_control, path, found->second);
+        auto lock = std::make_unique<FakeLock>(m_control.others);
+        lock->removal = [this, path] { return remove(path); };
+        return m_control.existing.contains(path) ? std::move(lock) : nullptr;
     }
 
 private:
-    class Standing final : public ports::StandingLock
-    {
-    public:
-        Standing(FakeLockFilesControl &control, const QString &path, const FakeLock &lock)
-            : m_control(control)
-            , m_path(path)
-            , m_lock(lock)
-        {}
-        double madeAt() const override { return m_lock.madeAt; }
-        QString owner() const override { return m_lock.owner; }
-        bool isOurs() const override { return m_lock.isOurs; }
-        int remove() override
-        {
-            if (m_control.removeStatus != 0)
-                return m_control.removeStatus;
-            return m_control.existing.removeAll(m_path) > 0 ? 0 : -43;
-        }
-
-    private:
-        FakeLockFilesControl &m_control;
-        QString m_path;
-        FakeLock m_lock;
-    };
-
-    mutable FakeLockFilesControl m_control;
+    FakeLockFilesControl m_control;
 };
 
 } // namespace tarnwell::fakes

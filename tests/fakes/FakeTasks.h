@@ -31,26 +31,18 @@ public:
     [[nodiscard]] std::unique_ptr<ports::ProcessWatch> watch(qint64 processId,
                                                              std::function<void()> ended) override
     {
+        struct Watch final : ports::ProcessWatch
+        {
+            ~Watch() override { forget(); }
+            std::function<void()> forget;
+        };
         m_control.watched[processId] = std::move(ended);
-        return std::make_unique<Watch>(m_control, processId);
+        auto watch = std::make_unique<Watch>();
+        watch->forget = [this, processId] { m_control.watched.erase(processId); };
+        return watch;
     }
 
 private:
-    class Watch final : public ports::ProcessWatch
-    {
-    public:
-        Watch(FakeTasksControl &control, qint64 processId)
-            : m_control(control)
-            , m_processId(processId)
-        {}
-        ~Watch() override { m_control.watched.erase(m_processId); }
-        Q_DISABLE_COPY_MOVE(Watch)
-
-    private:
-        FakeTasksControl &m_control;
-        qint64 m_processId;
-    };
-
     FakeTasksControl m_control;
 };
 

@@ -277,60 +277,36 @@ TEST(HostProcess, WorksWithoutADisplay)
     Host host;
     host.writeInfo(u"Good"_s);
     host.putExecutable(u"right_pane.so"_s);
-    const QString x11 = u"DISPLAY"_s;
-    const QString wayland = u"WAYLAND_DISPLAY"_s;
     const QString platform = u"QT_QPA_PLATFORM"_s;
-    const QString stale = u":60321"_s;
-    const QString gone = u"wayland-60321"_s;
+    const std::pair<QString, QString> deadX{u"DISPLAY"_s, u":60321"_s};
+    const std::pair<QString, QString> deadWayland{u"WAYLAND_DISPLAY"_s, u"wayland-6"_s};
+    const std::pair<QString, QString> noFolder{u"XDG_RUNTIME_DIR"_s, {}};
     const QStringList drawing{u"--shots"_s, host.shots()};
+    const QStringList forX{u"-platform"_s, u"xcb"_s};
+    const QString none = u"There is no display to show a window on."_s;
     struct Row
     {
         const char *name;
         QStringList arguments;
         Host::Variables changes; ///< of an environment without any platform
         int status;
-        QString error; ///< the sentence that is printed, and nothing else; or part of more
+        QString error; ///< what is printed first; with status 1, in the only line
     };
     const Row rows[] = {
-        {"help", {u"--help"_s}, {{x11, stale}, {wayland, gone}}, 0, {}},
-        {"version", {u"--version"_s}, {{x11, stale}, {platform, u"xcb"_s}}, 0, {}},
-        {"a mistake", {u"--shot"_s}, {{x11, stale}}, 2, u"--shot is not an option"_s},
+        {"help", {u"--help"_s}, {deadX, deadWayland}, 0, {}},
+        {"version", {u"--version"_s}, {deadX, {platform, u"xcb"_s}}, 0, {}},
+        {"a mistake", {u"--shot"_s}, {deadX}, 2, u"--shot is not an option"_s},
         {"pictures, no display", drawing, {}, 0, {}},
-        {"pictures, a dead display", drawing, {{x11, stale}, {wayland, gone}}, 0, {}},
-        {"pictures, a platform", drawing, {{x11, stale}, {platform, u"xcb"_s}}, 0, {}},
-        {"no display", {}, {}, 1, u"There is no display to show a window on."_s},
-        {"empty names", {}, {{x11, u""_s}}, 1, u"There is no display to show a window on."_s},
-        {"a dead X server", {}, {{x11, stale}}, 1, u"The display “:60321” cannot be opened."_s},
-        {"a dead compositor",
-         {},
-         {{wayland, gone}},
-         1,
-         u"The display “wayland-60321” cannot be opened."_s},
-        {"a compositor in no folder",
-         {},
-         {{wayland, gone}, {u"XDG_RUNTIME_DIR"_s, {}}},
-         1,
-         u"The display “wayland-60321” cannot be opened."_s},
-        {"both dead",
-         {},
-         {{x11, stale}, {wayland, gone}},
-         1,
-         u"The displays “wayland-60321” and “:60321” cannot be opened."_s},
-        {"a platform without its display",
-         {},
-         {{platform, u"xcb;wayland"_s}},
-         1,
-         u"There is no display to show a window on."_s},
-        {"a platform by option",
-         {u"-platform"_s, u"xcb"_s},
-         {{x11, stale}},
-         1,
-         u"The display “:60321” cannot be opened."_s},
-        {"an option like one of the toolkit's",
-         {u"-frobnicate"_s, u"-platform"_s, u"offscreen"_s},
-         {},
-         2,
-         u"-frobnicate is not an option"_s},
+        {"pictures, dead displays", drawing, {deadX, deadWayland}, 0, {}},
+        {"pictures, a platform", drawing, {deadX, {platform, u"xcb"_s}}, 0, {}},
+        {"no display", {}, {}, 1, none},
+        {"no display of a platform", {}, {{platform, u"xcb;wayland"_s}}, 1, none},
+        {"a dead X server", {}, {deadX}, 1, u"The display “:60321” cannot be opened."_s},
+        {"the same by option", forX, {deadX}, 1, u"The display “:60321” cannot be opened."_s},
+        {"a dead compositor", {}, {deadWayland}, 1, u"The display “wayland-6” cannot"_s},
+        {"one in no folder", {}, {deadWayland, noFolder}, 1, u"The display “wayland-6” cannot"_s},
+        {"both", {}, {deadX, deadWayland}, 1, u"The displays “wayland-6” and “:60321” cannot"_s},
+        {"not even the toolkit's", drawing + QStringList{u"-frob"_s}, {}, 2, u"-frob is not an"_s},
     };
     for (const Row &row : rows) {
         SCOPED_TRACE(row.name);

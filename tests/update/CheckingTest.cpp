@@ -182,11 +182,12 @@ TEST_F(Checking, TellsOfALockAndOffersToRemoveOneThatIsLeft)
     openIdleView();
     auto *button = window.findChild<QPushButton *>(u"removeLockButton"_s);
     auto &locks = lockFiles.control();
-    const QString path = lockPath();
     for (const Row &row : rows) {
         SCOPED_TRACE(row.name);
-        locks.existing = QStringList{path};
-        locks.standing[path] = {clock.absoluteTime() - row.age, u"alice"_s, row.isOurs};
+        locks.existing = QStringList{lockPath()};
+        locks.others.made = clock.absoluteTime() - row.age;
+        locks.others.user = u"alice"_s;
+        locks.others.ours = row.isOurs;
         applications.control().opened.clear();
         controller->checkNow()->click();
         EXPECT_TRUE(isChecking()) << "as after every launch";
