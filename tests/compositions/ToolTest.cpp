@@ -120,7 +120,7 @@ TEST_F(Tool, SaysWhatBecameOfAPlayerThatDied)
         QString deadline;
         QByteArray sentence;
     } rows[] = {{SIGKILL, u"60"_s, "Ground.qtz brought the player down: Killed"},
-                {SIGSTOP, u"0.2"_s, "Ground.qtz was ended because one frame took more than 0.2 s"}};
+                {SIGSTOP, u"1"_s, "Ground.qtz was ended because one frame took more than 1 s"}};
     for (const auto &row : rows) {
         QProcess process;
         process.start(QString::fromUtf8(PLAYER),
