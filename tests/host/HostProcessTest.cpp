@@ -342,8 +342,11 @@ TEST(HostProcess, LetsThePaneStoreBeforeASignalEndsIt)
         host.putExecutable(u"right_pane.so"_s);
         QProcess process;
         process.start(qEnvironmentVariable("TARNWELL_SETTINGS"), {u"--pane"_s, host.bundle()});
-        while (!process.canReadLine() || !process.readLine().contains("willSelect"))
+        QByteArray said;
+        while (!said.contains("willSelect")) {
             ASSERT_TRUE(process.waitForReadyRead(-1));
+            said += process.readAllStandardOutput();
+        }
         ::kill(pid_t(process.processId()), signal);
         ASSERT_TRUE(process.waitForFinished(-1));
         EXPECT_EQ(steps(QString::fromUtf8(process.readAllStandardOutput())),

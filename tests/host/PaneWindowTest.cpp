@@ -97,6 +97,7 @@ TEST(PaneWindow, ClosesWhenThePaneAllowsIt)
     QCoreApplication::processEvents();
     EXPECT_TRUE(window.isVisible());
     EXPECT_FALSE(window.close());
+    ASSERT_EQ(record.questions.size(), 1);
     record.questions.takeFirst()(true);
     QCoreApplication::processEvents();
     EXPECT_FALSE(window.isVisible());

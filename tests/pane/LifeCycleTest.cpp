@@ -280,6 +280,7 @@ TEST_F(LifeCycle, AsksBeforeChangesAreLost)
         preferences.control().setSynchronizeFails(row.failsAfterwards);
         for (const int answer : row.answers) {
             EXPECT_TRUE(replies.isEmpty());
+            ASSERT_TRUE(sheetsControl.hasOpenAlert());
             EXPECT_TRUE(sheetsControl.alerts().last().alert.message.contains("disk full"_L1));
             ASSERT_TRUE(sheetsControl.answer(answer));
         }
