@@ -11,7 +11,9 @@
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QEventLoop>
 #include <QLoggingCategory>
+#include <QTimer>
 
 #include <benchmark/benchmark.h>
 #include <malloc.h>
@@ -159,12 +161,9 @@ void flood(benchmark::State &state, const QString &name, const QString &object)
         int afterwards = -1;
         for (double spent = 1.0; spent > 0.1; ++afterwards) {
             const double start = processorSeconds();
-            timer.start();
-            while (timer.elapsed() < 1000) {
-                QCoreApplication::processEvents();
-                const timespec pause{0, 2000000};
-                ::nanosleep(&pause, nullptr);
-            }
+            QEventLoop second;
+            QTimer::singleShot(1000, &second, &QEventLoop::quit);
+            second.exec();
             spent = processorSeconds() - start;
         }
         state.counters["per_second"] = floodSeconds() * perSecond / seconds;
