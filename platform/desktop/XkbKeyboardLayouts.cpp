@@ -153,6 +153,9 @@ void XkbKeyboardLayouts::forgetKeyboard()
     if (!std::exchange(m_isChangeToBeTold, true)) {
         m_keyboardBefore = m_keyboard;
         QMetaObject::invokeMethod(this, &XkbKeyboardLayouts::tellOfChange, Qt::QueuedConnection);
+    } else if (m_keyboard) {
+        // Somebody has seen this one, which is gone again: the one before doesn't count any more.
+        m_keyboardBefore.reset();
     }
     m_keyboard.reset();
 }

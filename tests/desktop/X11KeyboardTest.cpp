@@ -94,6 +94,11 @@ TEST_F(X11Keyboards, CatchUpWithoutWaitingForEvents)
     lock(1, 0);
     layouts.catchUp();
     EXPECT_EQ(keyQ(layouts, 0), u"й"_s);
+    lock(0, 0);
+    layouts.catchUp();
+    QSignalSpy changes(&layouts, &ports::KeyboardLayouts::currentKeyboardLayoutChanged);
+    QCoreApplication::sendPostedEvents();
+    EXPECT_EQ(changes.count(), 1) << "whoever saw the other layout hears that it is gone";
 }
 
 TEST_F(X11Keyboards, StartWithTheGroupThatIsOn)
