@@ -196,8 +196,8 @@ struct PreviewWindow
     desktop::SystemClock clock;
     desktop::QtTimers timers;
     QTabWidget pages;
-    effects::QCView *view = new effects::QCView(
-        clock, timers, [this] { return countingSource(frames); });
+    effects::QCView *view =
+        new effects::QCView(clock, timers, [this] { return countingSource(frames); });
 };
 
 /// One of our own compositions at play for three seconds at 480 x 300.

@@ -1,5 +1,7 @@
 #include "desktop/XkbNamesSources.h"
 
+#include "desktop/SessionBus.h"
+
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusReply>
@@ -54,6 +56,9 @@ std::optional<XkbNames> LocaleService::names(int patience)
     const QString path = u"/org/freedesktop/locale1"_s;
     const QString interface = u"org.freedesktop.DBus.Properties"_s;
 
+    // The toolkit would wait for ever.
+    if (isSilentBus(systemBusAddress(), patience))
+        return std::nullopt;
     QDBusConnection bus = QDBusConnection::systemBus();
     if (!bus.isConnected())
         return std::nullopt;

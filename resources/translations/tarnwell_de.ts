@@ -793,14 +793,34 @@
     </message>
 </context>
 <context>
-    <name>tarnwell::effects::FrameWorker</name>
+    <name>tarnwell::effects::PreviewProcess</name>
     <message>
-        <source>This effect takes too much memory to be previewed.</source>
-        <translation>Dieser Effekt braucht zu viel Speicher für eine Vorschau.</translation>
+        <source>The program that plays effects is missing.</source>
+        <translation>Das Programm, das Effekte abspielt, fehlt.</translation>
+    </message>
+    <message>
+        <source>The program that plays effects cannot be started.</source>
+        <translation>Das Programm, das Effekte abspielt, kann nicht gestartet werden.</translation>
     </message>
     <message>
         <source>Effects cannot be previewed on this computer: they need OpenGL 3.3.</source>
-        <translation>Auf diesem Computer gibt es keine Vorschau: Effekte brauchen OpenGL 3.3.</translation>
+        <translation>Effekte lassen sich auf diesem Rechner nicht zeigen: Sie brauchen OpenGL 3.3.</translation>
+    </message>
+    <message>
+        <source>This effect takes too much memory to be previewed.</source>
+        <translation>Dieser Effekt braucht zu viel Speicher, um gezeigt zu werden.</translation>
+    </message>
+    <message>
+        <source>This effect takes too long to be previewed.</source>
+        <translation>Dieser Effekt braucht zu lange, um gezeigt zu werden.</translation>
+    </message>
+    <message>
+        <source>This effect stopped the program that plays it.</source>
+        <translation>Dieser Effekt hat das Programm beendet, das ihn abspielt.</translation>
+    </message>
+    <message>
+        <source>This effect cannot be read by the program that plays it.</source>
+        <translation>Dieser Effekt lässt sich vom Programm, das ihn abspielt, nicht lesen.</translation>
     </message>
 </context>
 <context>

@@ -34,8 +34,7 @@ constexpr qint64 largestFile = 512LL * 1024 * 1024;
 
 ExitStatus fail(ExitStatus status, const QString &reason)
 {
-    std::fprintf(stderr, "tarnwell-composition: %s\n",
-                 qPrintable(foundation::loggedText(reason)));
+    std::fprintf(stderr, "tarnwell-composition: %s\n", qPrintable(foundation::loggedText(reason)));
     return status;
 }
 
