@@ -804,15 +804,15 @@
     </message>
     <message>
         <source>Effects cannot be previewed on this computer: they need OpenGL 3.3.</source>
-        <translation>Effekte lassen sich auf diesem Rechner nicht zeigen: Sie brauchen OpenGL 3.3.</translation>
+        <translation>Auf diesem Computer gibt es keine Vorschau: Effekte brauchen OpenGL 3.3.</translation>
     </message>
     <message>
         <source>This effect takes too much memory to be previewed.</source>
-        <translation>Dieser Effekt braucht zu viel Speicher, um gezeigt zu werden.</translation>
+        <translation>Dieser Effekt braucht zu viel Speicher für eine Vorschau.</translation>
     </message>
     <message>
         <source>This effect takes too long to be previewed.</source>
-        <translation>Dieser Effekt braucht zu lange, um gezeigt zu werden.</translation>
+        <translation>Dieser Effekt braucht zu lange für eine Vorschau.</translation>
     </message>
     <message>
         <source>This effect stopped the program that plays it.</source>
