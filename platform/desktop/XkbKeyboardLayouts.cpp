@@ -146,6 +146,14 @@ XkbNames XkbKeyboardLayouts::findNames() const
     return file ? parseKeyboardFile(*file).value_or(XkbNames()) : XkbNames();
 }
 
+/// Whether both are known and type the same.
+bool XkbKeyboardLayouts::isSameLayout(const std::optional<Keyboard> &a,
+                                      const std::optional<Keyboard> &b)
+{
+    return a && b && a->source && b->source && a->source->identifier == b->source->identifier &&
+           a->source->unicodeKeyLayoutData == b->source->unicodeKeyLayoutData;
+}
+
 /// The next question is answered by what there is now. The change is told later: several that come
 /// together are one.
 void XkbKeyboardLayouts::forgetKeyboard()
@@ -153,7 +161,7 @@ void XkbKeyboardLayouts::forgetKeyboard()
     if (!std::exchange(m_isChangeToBeTold, true)) {
         m_keyboardBefore = m_keyboard;
         QMetaObject::invokeMethod(this, &XkbKeyboardLayouts::tellOfChange, Qt::QueuedConnection);
-    } else if (m_keyboard) {
+    } else if (m_keyboard && !isSameLayout(m_keyboardBefore, m_keyboard)) {
         // Somebody has seen this one, which is gone again: the one before doesn't count any more.
         m_keyboardBefore.reset();
     }
@@ -164,15 +172,8 @@ void XkbKeyboardLayouts::tellOfChange()
 {
     m_isChangeToBeTold = false;
     const std::optional<Keyboard> before = std::exchange(m_keyboardBefore, std::nullopt);
-    const auto isSame = [&] {
-        const Keyboard &now = keyboard();
-        if (!before || !before->source || !now.source)
-            return false;
-        return before->source->identifier == now.source->identifier &&
-               before->source->unicodeKeyLayoutData == now.source->unicodeKeyLayoutData;
-    };
     // Keyboards also come and go, and modifiers change, without another layout.
-    if (!isSame())
+    if (!isSameLayout(before, keyboard()))
         Q_EMIT currentKeyboardLayoutChanged();
 }
 

@@ -43,6 +43,7 @@ private:
         XkbModifierMasks masks;
     };
 
+    static bool isSameLayout(const std::optional<Keyboard> &a, const std::optional<Keyboard> &b);
     const Keyboard &keyboard() const;
     Keyboard readKeyboard() const;
     XkbNames findNames() const;
