@@ -156,6 +156,8 @@ int runSupervised(const QString &composition, const Allowance &allowance, int di
 
 void limitMemory(qint64 bytes)
 {
+    std::set_new_handler(endForWantOfMemory);
+    std::set_terminate(terminate);
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
     constexpr qsizetype dataField = 5;
     constexpr qint64 longest = 4096;
@@ -167,8 +169,6 @@ void limitMemory(qint64 bytes)
     const rlim_t most = data * rlim_t(::sysconf(_SC_PAGESIZE)) + rlim_t(bytes);
     const rlimit limit{.rlim_cur = most, .rlim_max = most};
     ::setrlimit(RLIMIT_DATA, &limit);
-    std::set_new_handler(endForWantOfMemory);
-    std::set_terminate(terminate);
 #else
     Q_UNUSED(bytes)
 #endif
