@@ -312,7 +312,7 @@ TEST_F(Discovery, LeavesOutWhatIsSwitchedOff)
     const QString bundled = bundleFolder + u"/Contents/Resources/bundled.qtz"_s;
     add({mine, all});
     makeBundle({u"bundled.qtz"_s});
-    ASSERT_TRUE(QDir().mkpath(QFileInfo(bundled).path() + u"/folder.qtz"_s));
+    ASSERT_TRUE(QDir().mkpath(QFileInfo(home.path(bundled)).path() + u"/folder.qtz"_s));
     EXPECT_EQ(enabled(), (QStringList{mine, all, bundled}));
 
     struct Row
