@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <thread>
 
 using namespace tarnwell;
 
@@ -24,10 +25,13 @@ void report(int number)
 /// Another process may hold the lock for longer than a synchronise waits.
 bool store(desktop::FilePreferences &preferences, const QString &domain)
 {
-    constexpr int tries = 1000;
+    constexpr int tries = 30'000;
     bool isStored = preferences.appSynchronize(domain);
-    for (int i = 0; i < tries && !isStored; ++i)
+    for (int i = 0; i < tries && !isStored; ++i) {
+        // Another writer gets nowhere while this one only asks.
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
         isStored = preferences.appStorePending(domain);
+    }
     return isStored;
 }
 

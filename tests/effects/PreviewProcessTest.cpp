@@ -27,8 +27,10 @@ namespace tarnwell::tests {
 namespace {
 
 #if defined(__SANITIZE_ADDRESS__)
+constexpr bool isSanitized = true;
 constexpr auto firstFrame = 10000ms;
 #else
+constexpr bool isSanitized = false;
 constexpr auto firstFrame = 1500ms;
 #endif
 
@@ -141,6 +143,8 @@ TEST_F(PreviewProcess, WhatEndsItIsNamedAndTheNextCompositionPlays)
     };
     for (const auto &row : rows) {
         SCOPED_TRACE(row.name);
+        if (isSanitized && QStringView(row.words) == u"memory")
+            continue; // the sanitizer takes memory of its own, so none is bounded
         play(row.file);
         if (row.meanwhile)
             row.meanwhile();

@@ -197,6 +197,14 @@ ExitStatus runWithApplication(int argc, char **argv, const CommandLine &line,
 
 } // namespace
 
+#ifdef __SANITIZE_ADDRESS__
+/// The search for leaks stops the process from another one, which a confined process may not start.
+extern "C" [[gnu::visibility("default")]] const char *__asan_default_options()
+{
+    return "detect_leaks=0";
+}
+#endif
+
 int main(int argc, char **argv)
 {
     foundation::secureStandardStreams();

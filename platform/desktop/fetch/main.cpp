@@ -37,6 +37,19 @@ void setAlarm(long milliseconds)
     ::setitimer(ITIMER_REAL, &alarm, nullptr);
 }
 
+struct Library
+{
+    Library() = default;
+    ~Library()
+    {
+        curl_easy_cleanup(curl);
+        curl_global_cleanup();
+    }
+    Q_DISABLE_COPY_MOVE(Library)
+
+    CURL *curl = curl_easy_init();
+};
+
 struct Answer
 {
     qsizetype bodyLeft;
@@ -107,8 +120,9 @@ int main(int count, char **arguments)
     setAlarm(limits.milliseconds);
 
     Answer answer{limits.size, limits.headerSize, {}};
-    CURL *curl = curl_easy_init();
-    if (!curl || !fetch(curl, arguments[1], limits, count > 6 ? arguments[6] : nullptr, &answer))
+    const Library library;
+    if (!library.curl ||
+        !fetch(library.curl, arguments[1], limits, count > 6 ? arguments[6] : nullptr, &answer))
         return 1;
     const tarnwell::plist::Value list = tarnwell::plist::read(answer.body);
     if (!list.isArray())
