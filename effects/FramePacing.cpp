@@ -1,12 +1,13 @@
 #include "effects/FramePacing.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tarnwell::effects {
 
 namespace {
 
-/// The weight of the newest frame. The first one makes the shaders and says little of the others.
+/// The weight of the newest frame.
 constexpr double newest = 0.25;
 constexpr double longestTimeStep = 1.0;
 
@@ -14,7 +15,8 @@ constexpr double longestTimeStep = 1.0;
 
 void FramePacing::frameTook(double seconds)
 {
-    m_cost += (std::max(seconds, 0.0) - m_cost) * newest;
+    if (std::exchange(m_hasBegun, true))
+        m_cost += (std::max(seconds, 0.0) - m_cost) * newest;
 }
 
 double FramePacing::interval() const

@@ -9,7 +9,8 @@ class FramePacing
 public:
     static constexpr double shortestInterval = 1.0 / 60.0;
 
-    /// A frame was made, and took so long.
+    /// A frame was made, and took so long. The first one makes the shaders and says nothing of the
+    /// others.
     void frameTook(double seconds);
 
     /// From the beginning of one frame to that of the next.
@@ -21,6 +22,7 @@ public:
 
 private:
     double m_cost = 0.0; ///< of the last few frames
+    bool m_hasBegun = false;
 };
 
 } // namespace tarnwell::effects
