@@ -91,16 +91,21 @@ void PreviewProcess::release()
 
 void PreviewProcess::start(const Performance &performance)
 {
+    prepare();
     const bool wasBusy = m_request || !m_isTaken;
     m_performance = performance;
     m_request.reset();
     m_isFirstFrame = true;
     m_started = ++m_number;
-    prepare();
     if (!m_obstacle.isEmpty()) {
         // Not at once: nobody who calls this expects an answer before it returns.
         QMetaObject::invokeMethod(
-            this, [this] { giveUpPlaying(m_obstacle); }, Qt::QueuedConnection);
+            this,
+            [this, started = m_started, reason = m_obstacle] {
+                if (started == m_started)
+                    giveUpPlaying(reason);
+            },
+            Qt::QueuedConnection);
         return;
     }
     // Whoever goes through a long list quickly does not put the end off.
@@ -343,7 +348,8 @@ void PreviewProcess::logErrors()
 
 void PreviewProcess::watch()
 {
-    if (m_request || !m_isTaken)
+    // Not begun anew: what is asked for often would put its deadline off.
+    if ((m_request || !m_isTaken) && !m_deadlineTimer.isActive())
         m_deadlineTimer.start();
 }
 
@@ -360,7 +366,8 @@ void PreviewProcess::checkDeadlines()
         watch();
         return;
     }
-    if (m_request && m_isTaken) {
+    // Nor is one waited for any longer that does not even begin.
+    if (m_request && (m_isTaken || !m_isReady)) {
         const std::chrono::nanoseconds limit =
             m_isFirstFrame ? m_deadlines.firstFrame : m_deadlines.laterFrame;
         if (processorTime() - m_processorTimeAtRequest > limit ||

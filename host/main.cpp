@@ -1,5 +1,6 @@
 // tarnwell-settings: shows a settings pane in a window of its own.
 
+#include "foundation/ForeignText.h"
 #include "foundation/HomeFolder.h"
 #include "foundation/StandardErrorLog.h"
 #include "host/Application.h"
@@ -51,7 +52,7 @@ void print(std::FILE *stream, const QString &text)
 
 int refuse(const QString &error)
 {
-    print(stderr, u"%1\n\n%2"_s.arg(error, host::helpText()));
+    print(stderr, u"%1\n\n%2"_s.arg(foundation::loggedText(error), host::helpText()));
     return 2;
 }
 

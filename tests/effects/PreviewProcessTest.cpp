@@ -13,6 +13,7 @@
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
+#include <QTimer>
 
 #include <gtest/gtest.h>
 
@@ -154,7 +155,14 @@ TEST_F(PreviewProcess, WhatEndsItIsNamedAndTheNextCompositionPlays)
         EXPECT_EQ(middle(nextFrame()), QColor(Qt::red));
     }
     EXPECT_TRUE(failures.isEmpty());
-    // Nobody waits for a frame that is no longer wanted.
+    // Nobody waits for a frame that is no longer wanted, also not who goes on choosing.
+    play(endless);
+    const qint64 stuck = source.processId();
+    QTimer choosing;
+    QObject::connect(&choosing, &QTimer::timeout, &source, [this] { play(compositionFile()); });
+    choosing.start(20ms);
+    EXPECT_TRUE(waitUntil([&] { return source.processId() != stuck; }));
+    choosing.stop();
     play(endless);
     play(compositionFile());
     EXPECT_EQ(middle(nextFrame()), QColor(Qt::red));
